@@ -1,0 +1,336 @@
+// Shared rules for reading and writing the members of model classes.
+//
+// A class lists its JSON keys once, in writing order, in a static template
+//
+//     template <class Io, class Self>
+//     void ExcProgress::members(Io& io, Self& self) {
+//         io(L"progress", self.m_progress);
+//         io(L"progress_max", self.m_progressMax);
+//         io(L"pulse", self.m_pulse);
+//         io(L"stage", self.m_stage);
+//     }
+//
+// and its readObject/writeObject run that list with json::Reader or
+// json::Writer. The field's C++ type picks the rule (Codec<T>):
+//   bool                    JSON true/false; read only from a boolean
+//   int32/uint32/int64/uint64
+//                           JSON number of that width; read only when the
+//                           number fits the width exactly
+//   double                  JSON double; read only from a double (an
+//                           integer literal is not a double)
+//   std::wstring            JSON string
+//   enumeration             string from its EnumTable (fallback rules there)
+//   IJsonObject subclass    its own writeObject/readObject
+//   std::shared_ptr<T>      T's JSON; read into a new T when empty; a null
+//                           pointer is written as JSON null
+//   std::vector<T>          JSON array; reading appends to what is held
+// A third argument names a rule for a key that does not follow its type's
+// default (json::optional, json::anyNumber, or a class's own rule object
+// with read/write members).
+//
+// Reading never throws: a missing key or a member of another JSON type
+// leaves the field as it is.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <logging/vx_link_logger.h>
+#include <xch_api/xch_api_enum_table.h>
+#include <xch_api/xch_api_json.h>
+#include <xch_api/xch_api_json_object.h>
+
+namespace xch {
+namespace json {
+
+// ---- value codecs -------------------------------------------------------
+
+template <class T, class Enable = void>
+struct Codec;
+
+template <>
+struct Codec<bool> {
+    static void write(JsonValue& v, JsonAllocator&, bool x) { v.SetBool(x); }
+    static bool read(const JsonValue& v, bool& x) {
+        if (!v.IsBool()) return false;
+        x = v.GetBool();
+        return true;
+    }
+};
+
+template <>
+struct Codec<std::int32_t> {
+    static void write(JsonValue& v, JsonAllocator&, std::int32_t x) { v.SetInt(x); }
+    static bool read(const JsonValue& v, std::int32_t& x) {
+        if (!v.IsInt()) return false;
+        x = v.GetInt();
+        return true;
+    }
+};
+
+template <>
+struct Codec<std::uint32_t> {
+    static void write(JsonValue& v, JsonAllocator&, std::uint32_t x) { v.SetUint(x); }
+    static bool read(const JsonValue& v, std::uint32_t& x) {
+        if (!v.IsUint()) return false;
+        x = v.GetUint();
+        return true;
+    }
+};
+
+template <>
+struct Codec<std::int64_t> {
+    static void write(JsonValue& v, JsonAllocator&, std::int64_t x) { v.SetInt64(x); }
+    static bool read(const JsonValue& v, std::int64_t& x) {
+        if (!v.IsInt64()) return false;
+        x = v.GetInt64();
+        return true;
+    }
+};
+
+template <>
+struct Codec<std::uint64_t> {
+    static void write(JsonValue& v, JsonAllocator&, std::uint64_t x) { v.SetUint64(x); }
+    static bool read(const JsonValue& v, std::uint64_t& x) {
+        if (!v.IsUint64()) return false;
+        x = v.GetUint64();
+        return true;
+    }
+};
+
+template <>
+struct Codec<double> {
+    static void write(JsonValue& v, JsonAllocator&, double x) { v.SetDouble(x); }
+    static bool read(const JsonValue& v, double& x) {
+        if (!v.IsDouble()) return false;
+        x = v.GetDouble();
+        return true;
+    }
+};
+
+template <>
+struct Codec<std::wstring> {
+    static void write(JsonValue& v, JsonAllocator& a, const std::wstring& x) {
+        v.SetString(x.data(), static_cast<rapidjson::SizeType>(x.size()), a);
+    }
+    static bool read(const JsonValue& v, std::wstring& x) {
+        if (!v.IsString()) return false;
+        x.assign(v.GetString(), v.GetStringLength());
+        return true;
+    }
+};
+
+template <class E>
+struct Codec<E, std::enable_if_t<std::is_enum_v<E>>> {
+    static void write(JsonValue& v, JsonAllocator& a, E x) {
+        Codec<std::wstring>::write(v, a, enumToString(x));
+    }
+    static bool read(const JsonValue& v, E& x) {
+        if (!v.IsString()) return false;
+        x = enumFromString<E>(std::wstring(v.GetString(), v.GetStringLength()));
+        return true;
+    }
+};
+
+template <class T>
+struct Codec<T, std::enable_if_t<std::is_base_of_v<IJsonObject, T>>> {
+    static void write(JsonValue& v, JsonAllocator& a, const T& x) { x.writeObject(v, a); }
+    static bool read(const JsonValue& v, T& x) {
+        x.readObject(v);
+        return true;
+    }
+};
+
+template <class T>
+struct Codec<std::shared_ptr<T>> {
+    static void write(JsonValue& v, JsonAllocator& a, const std::shared_ptr<T>& x) {
+        if (x)
+            Codec<T>::write(v, a, *x);
+        else
+            v.SetNull();
+    }
+    static bool read(const JsonValue& v, std::shared_ptr<T>& x) {
+        if (!x)
+            x = std::make_shared<T>();
+        return Codec<T>::read(v, *x);
+    }
+};
+
+template <class T>
+struct Codec<std::vector<T>> {
+    static void write(JsonValue& v, JsonAllocator& a, const std::vector<T>& x) {
+        v.SetArray();
+        v.Reserve(static_cast<rapidjson::SizeType>(x.size()), a);
+        for (const T& element : x) {
+            if constexpr (std::is_pointer_v<T> || IsSharedPtr<T>::value)
+                if (!element) continue;
+            JsonValue item;
+            Codec<T>::write(item, a, element);
+            v.PushBack(item, a);
+        }
+    }
+    // Appends every element that its codec accepts.
+    static bool read(const JsonValue& v, std::vector<T>& x) {
+        if (!v.IsArray()) return false;
+        for (const JsonValue& item : v.GetArray()) {
+            T element{};
+            if (Codec<T>::read(item, element))
+                x.push_back(std::move(element));
+        }
+        return true;
+    }
+
+private:
+    template <class U> struct IsSharedPtr : std::false_type {};
+    template <class U> struct IsSharedPtr<std::shared_ptr<U>> : std::true_type {};
+};
+
+// ---- rules for keys that differ from their type's default ----------------
+
+// Whether a field holds nothing worth writing for an optional key.
+inline bool isUnset(const std::wstring& x) { return x.empty(); }
+template <class T> bool isUnset(const std::vector<T>& x) { return x.empty(); }
+template <class T> bool isUnset(const std::shared_ptr<T>& x) { return !x; }
+
+// The key is written only when the field is set (non-empty).
+struct Optional {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
+        if (isUnset(x)) return false;
+        Codec<T>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, T& x) const { Codec<T>::read(v, x); }
+};
+constexpr Optional optional{};
+
+// A double read from any JSON number (integer or double).
+struct AnyNumber {
+    bool write(JsonValue& v, JsonAllocator&, double x) const {
+        v.SetDouble(x);
+        return true;
+    }
+    void read(const JsonValue& v, double& x) const {
+        if (v.IsNumber()) x = v.GetDouble();
+    }
+};
+constexpr AnyNumber anyNumber{};
+
+// A list of nested objects whose non-object elements are skipped on reading.
+struct ObjectsOnly {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const std::vector<std::shared_ptr<T>>& x) const {
+        Codec<std::vector<std::shared_ptr<T>>>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, std::vector<std::shared_ptr<T>>& x) const {
+        if (!v.IsArray()) return;
+        for (const JsonValue& item : v.GetArray()) {
+            if (!item.IsObject()) continue;
+            auto element = std::make_shared<T>();
+            element->readObject(item);
+            x.push_back(std::move(element));
+        }
+    }
+};
+constexpr ObjectsOnly objectsOnly{};
+
+// ---- the two visitors ----------------------------------------------------
+
+// Reads the members of one JSON object into fields.
+class Reader {
+public:
+    explicit Reader(const JsonValue& object) : m_object(object) {}
+
+    // The member `key`, or null when absent.
+    const JsonValue* find(const wchar_t* key) const {
+        if (!m_object.IsObject()) return nullptr;
+        auto it = m_object.FindMember(key);
+        return it == m_object.MemberEnd() ? nullptr : &it->value;
+    }
+
+    template <class T>
+    void operator()(const wchar_t* key, T& field) {
+        if (const JsonValue* member = find(key))
+            Codec<T>::read(*member, field);
+    }
+
+    template <class T, class Rule>
+    void operator()(const wchar_t* key, T& field, const Rule& rule) {
+        if (const JsonValue* member = find(key))
+            rule.read(*member, field);
+    }
+
+private:
+    const JsonValue& m_object;
+};
+
+// Appends members to a JSON object, in call order.
+class Writer {
+public:
+    // `object` becomes an object if it is not one already (a derived class
+    // appends to what its base wrote).
+    Writer(JsonValue& object, JsonAllocator& allocator)
+        : m_object(object), m_allocator(allocator) {
+        if (!m_object.IsObject()) m_object.SetObject();
+    }
+
+    template <class T>
+    void operator()(const wchar_t* key, const T& field) {
+        JsonValue value;
+        Codec<T>::write(value, m_allocator, field);
+        add(key, value);
+    }
+
+    template <class T, class Rule>
+    void operator()(const wchar_t* key, const T& field, const Rule& rule) {
+        JsonValue value;
+        if (rule.write(value, m_allocator, field))
+            add(key, value);
+    }
+
+    // Adds `value` under `key` (the key is copied).
+    void add(const wchar_t* key, JsonValue& value) {
+        m_object.AddMember(JsonValue(key, m_allocator), value, m_allocator);
+    }
+
+    JsonAllocator& allocator() { return m_allocator; }
+
+private:
+    JsonValue& m_object;
+    JsonAllocator& m_allocator;
+};
+
+// ---- shape checks ----------------------------------------------------------
+
+// Logs "<className> object should have a JSON object type." at error level
+// and returns false when `value` is not an object.
+XCH_API bool expectObject(const JsonValue& value, const char* className);
+
+// Logs `message` at error level and returns false when `value` is not an
+// array.
+XCH_API bool expectArray(const JsonValue& value, const char* message);
+
+// Reads `object` with its members list after the object shape check.
+template <class T>
+void readMembers(const JsonValue& value, const char* className, T& object) {
+    if (!expectObject(value, className)) return;
+    Reader reader(value);
+    T::members(reader, object);
+}
+
+// Makes `value` an empty object and writes `object`'s members list into it.
+template <class T>
+void writeMembers(JsonValue& value, JsonAllocator& allocator, const T& object) {
+    value.SetObject();
+    Writer writer(value, allocator);
+    T::members(writer, object);
+}
+
+} // namespace json
+} // namespace xch

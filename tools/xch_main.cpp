@@ -1,0 +1,173 @@
+// xch: converts between JSON text and the exchange's binary JSON encoding.
+//
+//   xch encode [--gzip] INPUT OUTPUT   JSON text (UTF-8) -> binary JSON
+//   xch decode INPUT                   binary JSON (plain, gzip or zlib)
+//                                      -> pretty JSON text (UTF-8) on stdout
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <rapidjson/error/en.h>
+
+#include <logging/vx_link_logger.h>
+#include <xch_api/xch_api_compressor.h>
+#include <xch_api/xch_api_json_binary_io.h>
+#include <xch_api/xch_api_json_text_io.h>
+
+namespace {
+
+const char* const kUsage =
+    "usage:\n"
+    "  xch encode [--gzip] INPUT OUTPUT\n"
+    "      Reads the JSON text file INPUT (UTF-8) and writes its binary JSON\n"
+    "      encoding to OUTPUT; with --gzip the encoding is gzip-compressed.\n"
+    "  xch decode INPUT\n"
+    "      Reads the binary JSON file INPUT, compressed (gzip or zlib, recognised\n"
+    "      from its header) or not, and prints the document as pretty JSON text\n"
+    "      (UTF-8) on standard output.\n"
+    "  xch --help\n"
+    "      Shows this text.\n"
+    "Errors are reported on one line on standard error with a non-zero exit status.\n";
+
+std::vector<char> readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        throw std::runtime_error("cannot open " + path);
+    std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad())
+        throw std::runtime_error("cannot read " + path);
+    return bytes;
+}
+
+void writeFile(const std::string& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (!out)
+        throw std::runtime_error("cannot write " + path);
+}
+
+// Decodes UTF-8 into wide characters (UTF-16 or UTF-32, as wchar_t is).
+std::wstring fromUtf8(const std::vector<char>& bytes) {
+    std::wstring out;
+    out.reserve(bytes.size());
+    std::size_t i = 0, n = bytes.size();
+    if (n >= 3 && static_cast<unsigned char>(bytes[0]) == 0xEF &&
+        static_cast<unsigned char>(bytes[1]) == 0xBB && static_cast<unsigned char>(bytes[2]) == 0xBF)
+        i = 3; // byte-order mark
+    while (i < n) {
+        unsigned char b = static_cast<unsigned char>(bytes[i]);
+        std::uint32_t c;
+        std::size_t extra;
+        if (b < 0x80) { c = b; extra = 0; }
+        else if ((b & 0xE0) == 0xC0) { c = b & 0x1F; extra = 1; }
+        else if ((b & 0xF0) == 0xE0) { c = b & 0x0F; extra = 2; }
+        else if ((b & 0xF8) == 0xF0) { c = b & 0x07; extra = 3; }
+        else throw std::runtime_error("invalid UTF-8 at byte " + std::to_string(i));
+        if (extra && i + extra >= n)
+            throw std::runtime_error("truncated UTF-8 at byte " + std::to_string(i));
+        for (std::size_t k = 1; k <= extra; ++k) {
+            unsigned char f = static_cast<unsigned char>(bytes[i + k]);
+            if ((f & 0xC0) != 0x80)
+                throw std::runtime_error("invalid UTF-8 at byte " + std::to_string(i));
+            c = (c << 6) | (f & 0x3F);
+        }
+        static const std::uint32_t kMin[] = {0, 0x80, 0x800, 0x10000};
+        if (c < kMin[extra] || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
+            throw std::runtime_error("invalid UTF-8 at byte " + std::to_string(i));
+        i += extra + 1;
+        if (sizeof(wchar_t) == 2 && c > 0xFFFF) {
+            c -= 0x10000;
+            out += static_cast<wchar_t>(0xD800 + (c >> 10));
+            out += static_cast<wchar_t>(0xDC00 + (c & 0x3FF));
+        } else {
+            out += static_cast<wchar_t>(c);
+        }
+    }
+    return out;
+}
+
+int encode(const std::string& input, const std::string& output, bool gzip) {
+    std::wistringstream text(fromUtf8(readFile(input)));
+    xch::JsonDocument doc;
+    xch::JsonTextIO::read(text, doc);
+    if (doc.HasParseError())
+        throw std::runtime_error(input + ": invalid JSON: " + rapidjson::GetParseError_En(doc.GetParseError()) +
+                                 " (character " + std::to_string(doc.GetErrorOffset()) + ")");
+    std::string bytes;
+    xch::JsonBinaryIO::write(bytes, doc);
+    if (gzip) {
+        std::string packed;
+        xch::Compressor::compress(packed, bytes.data(), bytes.size(), -1);
+        bytes.swap(packed);
+    }
+    writeFile(output, bytes);
+    return 0;
+}
+
+int decode(const std::string& input) {
+    std::vector<char> bytes = readFile(input);
+    if (xch::Compressor::isCompressed(bytes.data(), bytes.size())) {
+        std::vector<char> inflated;
+        xch::Compressor::decompress(inflated, bytes.data(), bytes.size());
+        bytes.swap(inflated);
+    }
+    xch::JsonDocument doc;
+    std::size_t used = xch::JsonBinaryIO::read(bytes.data(), bytes.size(), doc);
+    if (used != bytes.size())
+        throw std::runtime_error(input + ": " + std::to_string(bytes.size() - used) +
+                                 " bytes follow the encoded document");
+    std::wostringstream text;
+    xch::JsonTextIO::write(text, doc, true);
+    std::string out = vx_link::utf8(text.str());
+    out += '\n';
+    std::fwrite(out.data(), 1, out.size(), stdout);
+    return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    try {
+        if (args.empty()) {
+            std::cerr << "xch: missing command (try xch --help)\n";
+            return 2;
+        }
+        if (args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
+            std::cout << kUsage;
+            return 0;
+        }
+        if (args[0] == "encode") {
+            bool gzip = args.size() > 1 && args[1] == "--gzip";
+            std::size_t first = gzip ? 2 : 1;
+            if (args.size() != first + 2) {
+                std::cerr << "xch: usage: xch encode [--gzip] INPUT OUTPUT\n";
+                return 2;
+            }
+            return encode(args[first], args[first + 1], gzip);
+        }
+        if (args[0] == "decode") {
+            if (args.size() != 2) {
+                std::cerr << "xch: usage: xch decode INPUT\n";
+                return 2;
+            }
+            return decode(args[1]);
+        }
+        std::cerr << "xch: unknown command '" << args[0] << "' (try xch --help)\n";
+        return 2;
+    } catch (const std::exception& e) {
+        std::cerr << "xch: " << e.what() << '\n';
+        return 1;
+    } catch (...) {
+        std::cerr << "xch: unexpected error\n";
+        return 1;
+    }
+}
