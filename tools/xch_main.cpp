@@ -16,10 +16,10 @@
 
 #include <rapidjson/error/en.h>
 
-#include <logging/vx_link_logger.h>
 #include <xch_api/xch_api_compressor.h>
 #include <xch_api/xch_api_json_binary_io.h>
 #include <xch_api/xch_api_json_text_io.h>
+#include <xch_api/xch_api_utf8.h>
 
 namespace {
 
@@ -54,48 +54,9 @@ void writeFile(const std::string& path, const std::string& bytes) {
         throw std::runtime_error("cannot write " + path);
 }
 
-// Decodes UTF-8 into wide characters (UTF-16 or UTF-32, as wchar_t is).
-std::wstring fromUtf8(const std::vector<char>& bytes) {
-    std::wstring out;
-    out.reserve(bytes.size());
-    std::size_t i = 0, n = bytes.size();
-    if (n >= 3 && static_cast<unsigned char>(bytes[0]) == 0xEF &&
-        static_cast<unsigned char>(bytes[1]) == 0xBB && static_cast<unsigned char>(bytes[2]) == 0xBF)
-        i = 3; // byte-order mark
-    while (i < n) {
-        unsigned char b = static_cast<unsigned char>(bytes[i]);
-        std::uint32_t c;
-        std::size_t extra;
-        if (b < 0x80) { c = b; extra = 0; }
-        else if ((b & 0xE0) == 0xC0) { c = b & 0x1F; extra = 1; }
-        else if ((b & 0xF0) == 0xE0) { c = b & 0x0F; extra = 2; }
-        else if ((b & 0xF8) == 0xF0) { c = b & 0x07; extra = 3; }
-        else throw std::runtime_error("invalid UTF-8 at byte " + std::to_string(i));
-        if (extra && i + extra >= n)
-            throw std::runtime_error("truncated UTF-8 at byte " + std::to_string(i));
-        for (std::size_t k = 1; k <= extra; ++k) {
-            unsigned char f = static_cast<unsigned char>(bytes[i + k]);
-            if ((f & 0xC0) != 0x80)
-                throw std::runtime_error("invalid UTF-8 at byte " + std::to_string(i));
-            c = (c << 6) | (f & 0x3F);
-        }
-        static const std::uint32_t kMin[] = {0, 0x80, 0x800, 0x10000};
-        if (c < kMin[extra] || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
-            throw std::runtime_error("invalid UTF-8 at byte " + std::to_string(i));
-        i += extra + 1;
-        if (sizeof(wchar_t) == 2 && c > 0xFFFF) {
-            c -= 0x10000;
-            out += static_cast<wchar_t>(0xD800 + (c >> 10));
-            out += static_cast<wchar_t>(0xDC00 + (c & 0x3FF));
-        } else {
-            out += static_cast<wchar_t>(c);
-        }
-    }
-    return out;
-}
-
 int encode(const std::string& input, const std::string& output, bool gzip) {
-    std::wistringstream text(fromUtf8(readFile(input)));
+    std::vector<char> utf8 = readFile(input);
+    std::wistringstream text(xch::fromUtf8(utf8.data(), utf8.size()));
     xch::JsonDocument doc;
     xch::JsonTextIO::read(text, doc);
     if (doc.HasParseError())
@@ -126,7 +87,7 @@ int decode(const std::string& input) {
                                  " bytes follow the encoded document");
     std::wostringstream text;
     xch::JsonTextIO::write(text, doc, true);
-    std::string out = vx_link::utf8(text.str());
+    std::string out = xch::toUtf8(text.str());
     out += '\n';
     std::fwrite(out.data(), 1, out.size(), stdout);
     return std::fflush(stdout) == 0 ? 0 : 1;

@@ -1,4 +1,5 @@
 #include <logging/vx_link_logger.h>
+#include <xch_api/xch_api_utf8.h>
 
 #include <ctime>
 #include <ios>
@@ -40,37 +41,6 @@ std::string threadIdText() {
 #endif
 }
 
-template <class Char>
-void appendUtf8(std::string& out, const Char* text, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i) {
-        std::uint32_t c = static_cast<std::uint32_t>(text[i]);
-        if (sizeof(Char) == 2 && c >= 0xD800 && c <= 0xDBFF && i + 1 < size) {
-            std::uint32_t low = static_cast<std::uint32_t>(text[i + 1]);
-            if (low >= 0xDC00 && low <= 0xDFFF) {
-                c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
-                ++i;
-            }
-        }
-        if ((c >= 0xD800 && c <= 0xDFFF) || c > 0x10FFFF)
-            c = 0xFFFD;
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | (c >> 12));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xF0 | (c >> 18));
-            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-}
-
 } // namespace
 
 const char* levelTag(int level) noexcept {
@@ -85,12 +55,7 @@ const char* levelTag(int level) noexcept {
     }
 }
 
-std::string utf8(const std::wstring& text) {
-    std::string out;
-    out.reserve(text.size());
-    appendUtf8(out, text.data(), text.size());
-    return out;
-}
+std::string utf8(const std::wstring& text) { return xch::toUtf8(text); }
 
 std::string utf8(const wchar_t* text) {
     return text ? utf8(std::wstring(text)) : std::string();

@@ -1,0 +1,22 @@
+#!/bin/sh
+# Installs the Debian packages the build needs, when they are missing.
+#   scripts/install-deps.sh            Linux build, tests, tools, benchmarks
+#   scripts/install-deps.sh windows    also the MinGW-w64 cross build and Wine
+set -eu
+
+packages="cmake ninja-build g++ rapidjson-dev zlib1g-dev libboost-dev libgtest-dev libbenchmark-dev gzip"
+if [ "${1:-}" = "windows" ]; then
+  packages="$packages g++-mingw-w64-x86-64 libz-mingw-w64-dev wine64"
+fi
+
+missing=""
+for p in $packages; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"
+done
+[ -z "$missing" ] && exit 0
+
+SUDO=""
+[ "$(id -u)" -ne 0 ] && SUDO="sudo"
+echo "Installing:$missing"
+$SUDO apt-get update -qq
+DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends $missing >/dev/null
