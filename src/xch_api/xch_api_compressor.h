@@ -21,7 +21,10 @@ public:
     // Replaces `out` by the inflation of the zlib or gzip stream at `data`.
     // Throws std::runtime_error with zlib's message on corrupt input,
     // "inflate init failed" when zlib cannot start, and a size message when
-    // the output would exceed limits::kMaxDecompressedSize.
+    // the output would exceed limits::kMaxDecompressedSize; after a throw
+    // `out` is incomplete. A stream that merely ends early is not an error:
+    // `out` then holds what could be inflated, and bytes after the end of
+    // the stream are ignored.
     static void decompress(std::vector<char>& out, const char* data, std::uint64_t size);
     static void decompress(std::string& out, const char* data, std::uint64_t size);
 
