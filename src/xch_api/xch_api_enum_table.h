@@ -33,7 +33,20 @@ class EnumTable {
 public:
     using Entry = std::pair<E, std::wstring>;
 
-    EnumTable(std::initializer_list<std::pair<E, const wchar_t*>> entries) {
+    EnumTable(std::initializer_list<std::pair<E, const wchar_t*>> entries)
+        : EnumTable(std::vector<Entry>(entries.begin(), entries.end())) {}
+
+    // A table whose unknown strings read as `unknownString` instead of the
+    // value of the smallest string.
+    EnumTable(std::initializer_list<std::pair<E, const wchar_t*>> entries, E unknownString)
+        : EnumTable(std::vector<Entry>(entries.begin(), entries.end())) {
+        m_unknownString = unknownString;
+        m_hasUnknownString = true;
+    }
+
+    // A table whose entries are made at run time (e.g. a numbered series of
+    // versions generated in a loop).
+    explicit EnumTable(const std::vector<Entry>& entries) {
         for (const auto& e : entries) {
             m_byValue.emplace_back(e.first, e.second);
             m_byString.emplace_back(e.second, e.first);
@@ -62,10 +75,13 @@ public:
         return true;
     }
 
-    // The value of `text`, or of the smallest string when absent.
+    // The value of `text`; when absent, the value of the smallest string
+    // (or the table's own value for unknown strings, if it has one).
     E fromString(const std::wstring& text) const {
         E value;
-        return find(text, value) ? value : m_byString.front().second;
+        if (find(text, value))
+            return value;
+        return m_hasUnknownString ? m_unknownString : m_byString.front().second;
     }
 
     // Whether `value` has a string of its own.
@@ -81,6 +97,8 @@ public:
 private:
     std::vector<Entry> m_byValue;
     std::vector<std::pair<std::wstring, E>> m_byString;
+    E m_unknownString{};
+    bool m_hasUnknownString = false;
 };
 
 // The table of enumeration E; specialised once per enumeration.
