@@ -196,7 +196,9 @@ TEST_F(WrapperTest, SecondProcessReadsAndAnswersEnvelopes) {
                 auto answer = readEnvelope(xch::fromUtf8(line.substr(9)));
                 ASSERT_TRUE(answer);
                 EXPECT_EQ(answer->name(), object->name());
-                if (object->binary()) EXPECT_TRUE(answer->isLoaded());
+                if (object->binary()) {
+                    EXPECT_TRUE(answer->isLoaded());
+                }
                 if (object->name() == L"test_record") expectSample<TestRecord>(answer);
                 if (object->name() == L"test_packed_record") expectSample<TestPackedRecord>(answer);
                 if (object->name() == L"test_plain_record") expectSample<TestPlainRecord>(answer);

@@ -150,5 +150,6 @@ TEST(JsonTextIO, WriteToFileUsesTheNarrowCodePage) {
     // character.
     EXPECT_EQ(bytes.substr(0, 16), "{\n  \"count\": -1,");
     EXPECT_NE(bytes.find("\"label\": \"plain ?\""), std::string::npos) << bytes;
+    in.close();
     std::remove(path.c_str());
 }

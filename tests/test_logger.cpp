@@ -62,6 +62,7 @@ TEST(Logger, InitialisationLinesThresholdAndAppending) {
     EXPECT_TRUE(std::regex_match(lines[3],
                                  std::regex(R"(\[WARNING\] \[\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d\] \[\d+\] kept 42)")))
         << lines[3];
+    LoggerHolder::initLogger(6, "/nonexistent-dir/sub/log.txt"); // releases the file
     std::remove(path.c_str());
 }
 

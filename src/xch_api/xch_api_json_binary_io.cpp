@@ -151,9 +151,10 @@ private:
     // The string as UTF-16LE code units, converted block by block.
     void string(const wchar_t* text, std::size_t length) {
         std::uint64_t units = length;
-        if (sizeof(wchar_t) == 4)
+        if constexpr (sizeof(wchar_t) == 4) {
             for (std::size_t i = 0; i < length; ++i)
                 if (static_cast<std::uint32_t>(text[i]) > 0xFFFF) ++units;
+        }
         scalar(TagString, units);
 
         unsigned char block[8192];

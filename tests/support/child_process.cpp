@@ -57,9 +57,16 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     : m_impl(new Impl) {
     SECURITY_ATTRIBUTES inherit{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     HANDLE childIn = nullptr, childOut = nullptr;
+    // Closes whatever was opened when the child cannot be started.
+    auto abandon = [&](const std::string& message) {
+        for (HANDLE h : {childIn, childOut, m_impl->toChild, m_impl->fromChild})
+            if (h) CloseHandle(h);
+        delete m_impl;
+        throw std::runtime_error(message);
+    };
     if (!CreatePipe(&childIn, &m_impl->toChild, &inherit, 0) ||
         !CreatePipe(&m_impl->fromChild, &childOut, &inherit, 0))
-        throw std::runtime_error("CreatePipe failed");
+        abandon("CreatePipe failed");
     SetHandleInformation(m_impl->toChild, HANDLE_FLAG_INHERIT, 0);
     SetHandleInformation(m_impl->fromChild, HANDLE_FLAG_INHERIT, 0);
     STARTUPINFOA startup{};
@@ -70,14 +77,11 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     std::string command = quote(program);
     for (const std::string& arg : args) command += " " + quote(arg);
-    BOOL ok = CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                             &startup, &m_impl->process);
+    if (!CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                        &m_impl->process))
+        abandon("cannot start " + program);
     CloseHandle(childIn);
     CloseHandle(childOut);
-    if (!ok) {
-        delete m_impl;
-        throw std::runtime_error("cannot start " + program);
-    }
 }
 
 ChildProcess::~ChildProcess() {
