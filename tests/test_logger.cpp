@@ -3,6 +3,7 @@
 #include <fstream>
 #include <regex>
 #include <sstream>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -118,4 +119,19 @@ TEST(Logger, WideTextIsUtf8AndLinesDoNotInterleave) {
     EXPECT_EQ(messages[0], "caf\xc3\xa9 \xe4\xb8\xad");
     const std::regex whole(R"(thread \d line \d+ end)");
     for (std::size_t i = 1; i < messages.size(); ++i) ASSERT_TRUE(std::regex_match(messages[i], whole)) << messages[i];
+}
+
+namespace {
+int loggingHelper() {
+    VX_LOG(4, "inner");
+    return 1;
+}
+} // namespace
+
+TEST(Logger, LoggingFromInsideAMessageThrowsInsteadOfHanging) {
+    xch_test::LogCapture log(4);
+    EXPECT_THROW(VX_LOG(4, "outer " << loggingHelper()), std::system_error);
+    // The lock was released: logging goes on.
+    VX_LOG(4, "after");
+    EXPECT_TRUE(log.has("after"));
 }

@@ -76,12 +76,16 @@ std::ostream& Logger::begin(int level) {
 }
 
 void Logger::lock() {
-    // std::mutex::lock reports a deadlock it detects as std::system_error
-    // with resource_deadlock_would_occur.
+    if (m_owner.load() == std::this_thread::get_id())
+        throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur));
     m_mutex.lock();
+    m_owner.store(std::this_thread::get_id());
 }
 
-void Logger::unlock() { m_mutex.unlock(); }
+void Logger::unlock() {
+    m_owner.store(std::thread::id());
+    m_mutex.unlock();
+}
 
 void Logger::flush() { m_stream.flush(); }
 

@@ -13,8 +13,10 @@
 //   VX_TRACE();   // "<file>(<line>): <signature>" at level 6
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <ostream>
 #include <fstream>
 #include <string>
@@ -65,6 +67,9 @@ public:
 
     bool isOpen() const override;
     std::ostream& begin(int level) override;
+    // Locking again from the thread that holds the lock (a message whose
+    // text logs itself) throws std::system_error (resource deadlock)
+    // instead of hanging.
     void lock() override;
     void unlock() override;
     void flush() override;
@@ -73,6 +78,7 @@ public:
 private:
     std::ofstream m_stream;
     std::mutex m_mutex;
+    std::atomic<std::thread::id> m_owner{};
 };
 
 // Writes one whole line under the logger's lock: locks on construction,
