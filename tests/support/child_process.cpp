@@ -77,9 +77,20 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     std::string command = quote(program);
     for (const std::string& arg : args) command += " " + quote(arg);
-    if (!CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                        &m_impl->process))
-        abandon("cannot start " + program);
+    // Starting a process can fail for a moment while the system is busy
+    // (seen under Wine with several tests starting processes at once).
+    DWORD error = 0;
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        if (CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                           &m_impl->process)) {
+            error = 0;
+            break;
+        }
+        error = GetLastError();
+        Sleep(200);
+    }
+    if (error)
+        abandon("cannot start " + program + " (error " + std::to_string(error) + ")");
     CloseHandle(childIn);
     CloseHandle(childOut);
 }
