@@ -51,6 +51,10 @@ TEST(SharedBuffer, WriteReadReplaceRemove) {
     }
     EXPECT_TRUE(Buffer::exists(name));
     EXPECT_EQ(Buffer(name, Buffer::OpenMode::Open).read(), bytesOf(payload));
+    {
+        Buffer::View view = Buffer(name, Buffer::OpenMode::Open).view();
+        EXPECT_EQ(std::string(view.data(), view.size()), payload);
+    }
 
     // Writing again replaces the object with exactly the new size.
     Buffer(name, Buffer::OpenMode::Create).write("ab", 2);
@@ -58,6 +62,7 @@ TEST(SharedBuffer, WriteReadReplaceRemove) {
     // An empty object is fine.
     Buffer(name, Buffer::OpenMode::Create).write(nullptr, 0);
     EXPECT_TRUE(Buffer(name, Buffer::OpenMode::Open).read().empty());
+    EXPECT_EQ(Buffer(name, Buffer::OpenMode::Open).view().size(), 0u);
 
 #if !defined(_WIN32)
     struct stat info {};

@@ -95,22 +95,41 @@ void SharedBuffer<char>::write(const char* data, std::size_t size) {
     }
 }
 
-void SharedBuffer<char>::read(std::vector<char>& out) const {
+struct SharedBuffer<char>::View::Mapping {
+    bip::shared_memory_object object;
+    bip::mapped_region region; // empty for an empty object
+};
+
+SharedBuffer<char>::View::View(std::unique_ptr<Mapping> mapping) : m_mapping(std::move(mapping)) {}
+SharedBuffer<char>::View::View(View&& other) noexcept = default;
+SharedBuffer<char>::View& SharedBuffer<char>::View::operator=(View&& other) noexcept = default;
+SharedBuffer<char>::View::~View() = default;
+
+const char* SharedBuffer<char>::View::data() const {
+    return static_cast<const char*>(m_mapping->region.get_address());
+}
+
+std::size_t SharedBuffer<char>::View::size() const { return m_mapping->region.get_size(); }
+
+SharedBuffer<char>::View SharedBuffer<char>::view() const {
     std::string narrow = objectName(m_name);
     try {
-        bip::shared_memory_object object(bip::open_only, narrow.c_str(), bip::read_only);
+        auto mapping = std::make_unique<View::Mapping>();
+        mapping->object = bip::shared_memory_object(bip::open_only, narrow.c_str(), bip::read_only);
         bip::offset_t size = 0;
-        if (!object.get_size(size) || size < 0)
+        if (!mapping->object.get_size(size) || size < 0)
             throw SharedMemoryException("SharedBuffer: cannot size shared memory " + narrow);
-        out.clear();
-        if (size == 0)
-            return;
-        bip::mapped_region region(object, bip::read_only, 0, static_cast<std::size_t>(size));
-        const char* begin = static_cast<const char*>(region.get_address());
-        out.assign(begin, begin + region.get_size());
+        if (size > 0)
+            mapping->region = bip::mapped_region(mapping->object, bip::read_only, 0, static_cast<std::size_t>(size));
+        return View(std::move(mapping));
     } catch (const bip::interprocess_exception& e) {
         fail("read", narrow, e);
     }
+}
+
+void SharedBuffer<char>::read(std::vector<char>& out) const {
+    View bytes = view();
+    out.assign(bytes.data(), bytes.data() + bytes.size());
 }
 
 std::vector<char> SharedBuffer<char>::read() const {

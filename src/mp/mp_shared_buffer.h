@@ -17,6 +17,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -48,7 +49,26 @@ public:
     // it. An existing object of the same name is replaced.
     void write(const char* data, std::size_t size);
 
-    // The whole contents of the object.
+    // The whole contents of the object, read without copying: a read-only
+    // mapping that stays valid while the View lives (also if the object is
+    // removed meanwhile).
+    class XCH_API View {
+    public:
+        View(View&& other) noexcept;
+        View& operator=(View&& other) noexcept;
+        ~View();
+        const char* data() const;
+        std::size_t size() const;
+
+    private:
+        friend class SharedBuffer<char>;
+        struct Mapping;
+        explicit View(std::unique_ptr<Mapping> mapping);
+        std::unique_ptr<Mapping> m_mapping;
+    };
+    View view() const;
+
+    // The whole contents of the object, copied.
     std::vector<char> read() const;
     void read(std::vector<char>& out) const;
 

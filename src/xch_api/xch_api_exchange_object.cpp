@@ -33,22 +33,33 @@ void IExchangeObject::load() {
     if (m_loaded || m_source.empty() || !binary())
         return;
 
-    std::vector<char> bytes;
-    {
-        mp::SharedBuffer<char> buffer(m_source, mp::SharedBuffer<char>::OpenMode::Open);
-        buffer.read(bytes);
-    }
-    // Each body is read once: the reader removes it so that a normal
+    // Each body is read once: the reader removes it (once the mapping is
+    // closed, whether or not it could be decoded), so that a normal
     // exchange leaves no shared-memory objects behind.
-    mp::SharedBuffer<char>::remove(m_source);
+    struct RemoveWhenRead {
+        const std::wstring& name;
+        ~RemoveWhenRead() {
+            try {
+                mp::SharedBuffer<char>::remove(name);
+            } catch (...) {
+            }
+        }
+    } removeWhenRead{m_source};
 
-    if (Compressor::isCompressed(bytes.data(), bytes.size())) {
-        std::vector<char> inflated;
-        Compressor::decompress(inflated, bytes.data(), bytes.size());
-        bytes.swap(inflated);
-    }
+    // The body is decoded straight from the mapping (or inflated from it):
+    // no copy of the shared bytes is made.
     JsonDocument doc;
-    JsonBinaryIO::read(bytes.data(), bytes.size(), doc);
+    {
+        mp::SharedBuffer<char>::View body =
+            mp::SharedBuffer<char>(m_source, mp::SharedBuffer<char>::OpenMode::Open).view();
+        if (Compressor::isCompressed(body.data(), body.size())) {
+            std::vector<char> inflated;
+            Compressor::decompress(inflated, body.data(), body.size());
+            JsonBinaryIO::read(inflated.data(), inflated.size(), doc);
+        } else {
+            JsonBinaryIO::read(body.data(), body.size(), doc);
+        }
+    }
     readObject(doc);
     m_loaded = true;
 }

@@ -54,8 +54,8 @@ std::vector<char> zlibCompress(const char* data, std::size_t size) {
 
 // Whether loaded bytes are a compressed stream: at least 3 bytes starting
 // with a zlib header byte (0x78) or the gzip magic (0x1F 0x8B).
-bool looksCompressed(const std::vector<char>& bytes) {
-    if (bytes.size() < 3) return false;
+bool looksCompressed(const char* bytes, std::size_t size) {
+    if (size < 3) return false;
     const auto b0 = static_cast<unsigned char>(bytes[0]);
     const auto b1 = static_cast<unsigned char>(bytes[1]);
     return b0 == 0x78 || (b0 == 0x1F && b1 == 0x8B);
@@ -109,11 +109,13 @@ void ExcSharedByteBuffer::flush(bool compress) {
 void ExcSharedByteBuffer::load() {
     auto shared = std::make_unique<mp::SharedBuffer<char>>(m_name, mp::SharedBuffer<char>::OpenMode::Open);
     std::vector<char> bytes;
-    shared->read(bytes);
-    if (looksCompressed(bytes)) {
-        std::vector<char> inflated;
-        Compressor::decompress(inflated, bytes.data(), bytes.size());
-        bytes.swap(inflated);
+    {
+        // Inflated or copied straight from the mapping.
+        mp::SharedBuffer<char>::View stored = shared->view();
+        if (looksCompressed(stored.data(), stored.size()))
+            Compressor::decompress(bytes, stored.data(), stored.size());
+        else
+            bytes.assign(stored.data(), stored.data() + stored.size());
     }
     m_sharedBuffer = std::move(shared);
     m_stream.swap(bytes);
