@@ -200,6 +200,12 @@ public:
         m_pos += n;
         return n;
     }
+    // Takes exactly `size` bytes (known to be available) without copying.
+    const unsigned char* takeInPlace(std::size_t size, std::vector<unsigned char>&) {
+        const unsigned char* at = m_data + m_pos;
+        m_pos += size;
+        return at;
+    }
 
 private:
     const unsigned char* m_data;
@@ -215,6 +221,13 @@ public:
     std::uint64_t available() const {
         std::streamsize n = m_in.rdbuf() ? m_in.rdbuf()->in_avail() : 0;
         return n > 0 ? static_cast<std::uint64_t>(n) : 0;
+    }
+    // Takes exactly `size` bytes (known to be available) into `scratch`.
+    const unsigned char* takeInPlace(std::size_t size, std::vector<unsigned char>& scratch) {
+        scratch.resize(size);
+        if (take(scratch.data(), size) != size)
+            throw std::length_error("JsonBinaryIO: Failed to read all the bytes of string");
+        return scratch.data();
     }
     std::size_t take(unsigned char* out, std::size_t size) {
         std::size_t done = 0;
@@ -304,15 +317,13 @@ private:
         if (units > 0xFFFFFFFFu)
             throw std::length_error("JsonBinaryIO: String longer than a JSON value can hold");
         std::size_t count = static_cast<std::size_t>(units);
-        m_bytes.resize(count * 2);
-        if (m_source.take(m_bytes.data(), m_bytes.size()) != m_bytes.size())
-            throw std::length_error("JsonBinaryIO: Failed to read all the bytes of string");
+        const unsigned char* bytes = m_source.takeInPlace(count * 2, m_bytes);
         m_text.resize(count);
         std::size_t length = 0;
         for (std::size_t i = 0; i < count; ++i) {
-            std::uint32_t c = m_bytes[2 * i] | (static_cast<std::uint32_t>(m_bytes[2 * i + 1]) << 8);
+            std::uint32_t c = bytes[2 * i] | (static_cast<std::uint32_t>(bytes[2 * i + 1]) << 8);
             if (sizeof(wchar_t) == 4 && c >= 0xD800 && c <= 0xDBFF && i + 1 < count) {
-                std::uint32_t low = m_bytes[2 * i + 2] | (static_cast<std::uint32_t>(m_bytes[2 * i + 3]) << 8);
+                std::uint32_t low = bytes[2 * i + 2] | (static_cast<std::uint32_t>(bytes[2 * i + 3]) << 8);
                 if (low >= 0xDC00 && low <= 0xDFFF) {
                     c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
                     ++i;
