@@ -6,7 +6,7 @@ set -eu
 
 packages="cmake ninja-build g++ rapidjson-dev zlib1g-dev libboost-dev libgtest-dev libbenchmark-dev gzip"
 if [ "${1:-}" = "windows" ]; then
-  packages="$packages googletest g++-mingw-w64-x86-64 libz-mingw-w64-dev wine64"
+  packages="$packages googletest g++-mingw-w64-x86-64 libz-mingw-w64-dev wine wine64"
 fi
 
 missing=""
