@@ -20,6 +20,7 @@ constexpr std::uint64_t kMaxPiece = std::numeric_limits<uInt>::max();
 
 // Window bits 15 (32 KiB); +16 writes a gzip wrapper, +32 reads either a
 // zlib or a gzip wrapper, detected from the header.
+constexpr int kZlibWindowBits = 15;
 constexpr int kGzipWindowBits = 15 + 16;
 constexpr int kAutoWindowBits = 15 + 32;
 constexpr int kMemLevel = 8;
@@ -103,9 +104,10 @@ void growTo(Buffer& out, std::uint64_t size, std::uint64_t cap) {
 }
 
 template <class Buffer>
-void compressInto(Buffer& out, const char* data, std::uint64_t size, int level) {
+void compressInto(Buffer& out, const char* data, std::uint64_t size, int level, Compressor::Wrapper wrapper) {
     z_stream strm{};
-    if (deflateInit2(&strm, level, Z_DEFLATED, kGzipWindowBits, kMemLevel, Z_DEFAULT_STRATEGY) != Z_OK)
+    const int windowBits = wrapper == Compressor::Zlib ? kZlibWindowBits : kGzipWindowBits;
+    if (deflateInit2(&strm, level, Z_DEFLATED, windowBits, kMemLevel, Z_DEFAULT_STRATEGY) != Z_OK)
         throw std::runtime_error("deflate init failed");
     StreamGuard guard(strm, StreamGuard::Deflate);
 
@@ -167,12 +169,18 @@ void decompressInto(Buffer& out, const char* data, std::uint64_t size) {
 
 void Compressor::compress(std::vector<char>& out, const char* data, std::uint64_t size, int level) {
     VX_TRACE();
-    compressInto(out, data, size, level);
+    compressInto(out, data, size, level, Gzip);
 }
 
 void Compressor::compress(std::string& out, const char* data, std::uint64_t size, int level) {
     VX_TRACE();
-    compressInto(out, data, size, level);
+    compressInto(out, data, size, level, Gzip);
+}
+
+void Compressor::compress(std::vector<char>& out, const char* data, std::uint64_t size, int level,
+                          Wrapper wrapper) {
+    VX_TRACE();
+    compressInto(out, data, size, level, wrapper);
 }
 
 void Compressor::decompress(std::vector<char>& out, const char* data, std::uint64_t size) {

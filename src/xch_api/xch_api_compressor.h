@@ -12,11 +12,18 @@ namespace xch {
 
 class XCH_API Compressor {
 public:
+    // The wrapper around the deflate data: gzip (RFC 1952, what the
+    // exchange writes) or zlib (RFC 1950, first byte 0x78).
+    enum Wrapper { Gzip, Zlib };
+
     // Replaces `out` by the gzip stream (RFC 1952) of `size` bytes at
     // `data`, compressed at `level` (-1: zlib's default). Throws
     // std::runtime_error "deflate init failed" when zlib cannot start.
     static void compress(std::vector<char>& out, const char* data, std::uint64_t size, int level);
     static void compress(std::string& out, const char* data, std::uint64_t size, int level);
+    // The same with the wrapper chosen.
+    static void compress(std::vector<char>& out, const char* data, std::uint64_t size, int level,
+                         Wrapper wrapper);
 
     // Replaces `out` by the inflation of the zlib or gzip stream at `data`.
     // Throws std::runtime_error with zlib's message on corrupt input,

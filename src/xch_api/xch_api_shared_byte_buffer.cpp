@@ -1,11 +1,9 @@
 #include <xch_api/xch_api_shared_byte_buffer.h>
 
 #include <algorithm>
-#include <climits>
 #include <cstring>
 #include <stdexcept>
 
-#include <zlib.h>
 
 #include <xch_api/xch_api_compressor.h>
 
@@ -13,52 +11,10 @@ namespace xch {
 
 namespace {
 
-// The zlib stream (RFC 1950, first byte 0x78) of `size` bytes at `data`, at
-// zlib's default level. Works in slices so that sizes beyond zlib's 32-bit
-// counters are handled.
-std::vector<char> zlibCompress(const char* data, std::size_t size) {
-    z_stream zs;
-    std::memset(&zs, 0, sizeof(zs));
-    if (deflateInit(&zs, Z_DEFAULT_COMPRESSION) != Z_OK)
-        throw std::runtime_error("deflate init failed");
-
-    constexpr std::size_t kSlice = 1u << 30;
-    std::vector<char> out;
-    std::size_t consumed = 0;
-    int status = Z_OK;
-    do {
-        const std::size_t inSlice = std::min(kSlice, size - consumed);
-        zs.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data + consumed));
-        zs.avail_in = static_cast<uInt>(inSlice);
-        const int flush = consumed + inSlice == size ? Z_FINISH : Z_NO_FLUSH;
-        do {
-            const std::size_t used = out.size();
-            const std::size_t room = std::max<std::size_t>(
-                std::min<std::size_t>(deflateBound(&zs, static_cast<uLong>(zs.avail_in)), kSlice),
-                64 * 1024);
-            out.resize(used + room);
-            zs.next_out = reinterpret_cast<Bytef*>(out.data() + used);
-            zs.avail_out = static_cast<uInt>(room);
-            status = deflate(&zs, flush);
-            out.resize(used + room - zs.avail_out);
-            if (status == Z_STREAM_ERROR) {
-                deflateEnd(&zs);
-                throw std::runtime_error("deflate failed");
-            }
-        } while (zs.avail_out == 0 || (flush == Z_FINISH && status != Z_STREAM_END));
-        consumed += inSlice;
-    } while (consumed < size);
-    deflateEnd(&zs);
-    return out;
-}
-
 // Whether loaded bytes are a compressed stream: at least 3 bytes starting
 // with a zlib header byte (0x78) or the gzip magic (0x1F 0x8B).
 bool looksCompressed(const char* bytes, std::size_t size) {
-    if (size < 3) return false;
-    const auto b0 = static_cast<unsigned char>(bytes[0]);
-    const auto b1 = static_cast<unsigned char>(bytes[1]);
-    return b0 == 0x78 || (b0 == 0x1F && b1 == 0x8B);
+    return Compressor::isCompressed(bytes, size) || (size >= 3 && static_cast<unsigned char>(bytes[0]) == 0x78);
 }
 
 } // namespace
@@ -99,7 +55,8 @@ void ExcSharedByteBuffer::flush(bool compress) {
     m_sharedBuffer = std::make_unique<mp::SharedBuffer<char>>(m_name, mp::SharedBuffer<char>::OpenMode::Create);
     if (m_stream.empty()) return;
     if (compress) {
-        const std::vector<char> packed = zlibCompress(m_stream.data(), m_stream.size());
+        std::vector<char> packed;
+        Compressor::compress(packed, m_stream.data(), m_stream.size(), -1, Compressor::Zlib);
         m_sharedBuffer->write(packed.data(), packed.size());
     } else {
         m_sharedBuffer->write(m_stream.data(), m_stream.size());
