@@ -17,16 +17,6 @@
 #include <xch_api/xch_api_json.h>
 #include <xch_api/xch_api_json_object.h>
 
-// Explicit instantiations of the exported templates below are declared
-// here with XCH_API and defined in the library. MSVC wants the attribute
-// repeated on the definition; GCC takes it from the declaration and warns
-// when it is repeated.
-#if defined(_MSC_VER)
-#  define XCH_API_INSTANTIATION XCH_API
-#else
-#  define XCH_API_INSTANTIATION
-#endif
-
 namespace xch {
 
 // ---- unit and orientation enumerations -------------------------------------

@@ -22,3 +22,13 @@
 #else
 #  define XCH_FUNCSIG __PRETTY_FUNCTION__
 #endif
+
+// On the definition of an explicit instantiation of an exported template
+// (declared extern with XCH_API in its header): MSVC wants the attribute
+// repeated there; GCC takes it from the declaration and warns when it is
+// repeated.
+#if defined(_MSC_VER)
+#  define XCH_API_INSTANTIATION XCH_API
+#else
+#  define XCH_API_INSTANTIATION
+#endif
