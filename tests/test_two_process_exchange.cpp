@@ -15,6 +15,7 @@
 
 #include "support/child_process.h"
 #include "support/hex.h"
+#include "support/json_text.h"
 #include "support/shm_listing.h"
 #include "support/test_types.h"
 
@@ -74,24 +75,22 @@ TEST_F(TwoProcessTest, MessagesAndBodiesTravelBothWays) {
     names->addInstanceName(OdDbHandle(1), L"first");
     EXPECT_EQ(echo(peer, names)->map(), names->map());
     auto materials = std::make_shared<LegacyMaterialMap>();
-    LegacyMaterialMap::Material steel;
-    steel.hasMaterial = true;
-    steel.name = L"Stahl";
-    steel.density = 7.85e-6;
-    steel.thermalConductivity = 50.2;
-    steel.specificHeat = 0.49;
-    materials->addMaterial(OdDbHandle(77), steel);
+    materials->addMaterial(OdDbHandle(77), LegacyMaterialMap::Material{true, L"Stahl", 7.85e-6, 50.2, 0.49});
     EXPECT_EQ(echo(peer, materials)->map(), materials->map());
 
-    // A binary, compressed body: the peer loads it from shared memory and
-    // answers with a body of its own.
+    // A binary, compressed body: the peer loads it from shared memory (at
+    // once, then with delayed loading) and answers with a body of its own.
     auto record = std::make_shared<xch_test::TestPackedRecord>();
     record->label = L"body";
     record->tags.assign(1000, L"tag \u00e9");
-    auto back = echo(peer, record);
-    EXPECT_TRUE(back->isLoaded());
-    EXPECT_EQ(back->label, L"body");
-    EXPECT_EQ(back->tags, record->tags);
+    EXPECT_EQ(xch_test::toJsonText(*echo(peer, record)), xch_test::toJsonText(*record));
+    peer.writeLine(envelopeLine("delayed", record));
+    std::string line;
+    ASSERT_TRUE(peer.readLine(line));
+    EXPECT_EQ(line, "pending");
+    auto delayed = readAnswer(peer);
+    EXPECT_TRUE(delayed->isLoaded());
+    EXPECT_EQ(xch_test::toJsonText(*delayed), xch_test::toJsonText(*record));
 
     // The worker's own reports.
     peer.writeLine("report");
@@ -100,7 +99,6 @@ TEST_F(TwoProcessTest, MessagesAndBodiesTravelBothWays) {
     EXPECT_EQ(std::dynamic_pointer_cast<ExcLog>(readAnswer(peer))->message(), L"reading 3 bodies");
     EXPECT_EQ(*std::dynamic_pointer_cast<ExcProgress>(readAnswer(peer)), ExcProgress(42, 200, true, L"tessellation"));
     EXPECT_EQ(std::dynamic_pointer_cast<ExcStageFinished>(readAnswer(peer))->stage(), ExcStageFinished::VisuAndMech);
-    std::string line;
     ASSERT_TRUE(peer.readLine(line));
     EXPECT_EQ(line, "end");
 
