@@ -84,14 +84,6 @@ public:
         return m_hasUnknownString ? m_unknownString : m_byString.front().second;
     }
 
-    // Whether `value` has a string of its own.
-    bool contains(E value) const {
-        for (const auto& e : m_byValue)
-            if (e.first == value)
-                return true;
-        return false;
-    }
-
     const std::vector<Entry>& entries() const { return m_byValue; }
 
 private:

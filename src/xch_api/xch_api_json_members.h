@@ -299,8 +299,6 @@ public:
         m_object.AddMember(JsonValue(key, m_allocator), value, m_allocator);
     }
 
-    JsonAllocator& allocator() { return m_allocator; }
-
 private:
     JsonValue& m_object;
     JsonAllocator& m_allocator;
