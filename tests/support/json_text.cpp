@@ -3,6 +3,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include <gtest/gtest.h>
+
 #include <xch_api/xch_api_json_text_io.h>
 
 namespace xch_test {
@@ -21,6 +23,13 @@ void readFromJsonText(xch::IJsonObject& object, const std::wstring& text) {
     if (doc.HasParseError())
         throw std::invalid_argument("test input is not valid JSON");
     object.readObject(doc);
+}
+
+void expectReads(xch::IJsonObject& object, const ReadSequence& reads) {
+    for (const auto& read : reads) {
+        readFromJsonText(object, read.first);
+        EXPECT_EQ(toJsonText(object), read.second) << "after reading " << read.first;
+    }
 }
 
 } // namespace xch_test

@@ -28,4 +28,10 @@ std::wstring compactJson(const std::wstring& text) {
     return out.str();
 }
 
+std::wstring compactWritten(const mp::ISerializable& object) { return compactJson(writtenText(object)); }
+
+std::string readRefusal(mp::ISerializable& object, const std::wstring& text) {
+    return invalidArgumentMessage([&] { readText(object, text); });
+}
+
 } // namespace xch_test

@@ -20,6 +20,9 @@ void readText(mp::ISerializable& object, const std::wstring& text);
 // `text` (valid JSON) written again without whitespace.
 std::wstring compactJson(const std::wstring& text);
 
+// What `object.writeObject` writes, without whitespace.
+std::wstring compactWritten(const mp::ISerializable& object);
+
 // The message of the std::invalid_argument that `f` throws, or
 // "(nothing thrown)".
 template <class F>
@@ -31,5 +34,9 @@ std::string invalidArgumentMessage(F&& f) {
     }
     return "(nothing thrown)";
 }
+
+// The message with which `object` refuses to read `text`, or
+// "(nothing thrown)".
+std::string readRefusal(mp::ISerializable& object, const std::wstring& text);
 
 } // namespace xch_test
