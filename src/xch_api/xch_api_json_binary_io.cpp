@@ -331,7 +331,8 @@ private:
             }
             m_text[length++] = static_cast<wchar_t>(c);
         }
-        out.SetString(m_text.data(), static_cast<rapidjson::SizeType>(length), m_allocator);
+        // An empty scratch buffer has no data pointer; rapidjson wants one.
+        out.SetString(length ? m_text.data() : L"", static_cast<rapidjson::SizeType>(length), m_allocator);
     }
 
     Source& m_source;
