@@ -18,8 +18,7 @@ std::string tempPath(const std::string& stem) {
     static std::atomic<int> counter{0};
 #if defined(_WIN32)
     char dir[MAX_PATH + 1] = {0};
-    GetTempPathA(sizeof dir, dir);
-    std::string base(dir);
+    std::string base(dir, GetTempPathA(sizeof dir, dir));
     unsigned long pid = GetCurrentProcessId();
 #else
     std::string base = "/tmp/";
@@ -29,14 +28,13 @@ std::string tempPath(const std::string& stem) {
 }
 
 LogCapture::LogCapture(int level) : m_path(tempPath("log.txt")) {
-    std::remove(m_path.c_str());
     vx_link::LoggerHolder::initLogger(level, m_path);
     m_skip = allLines().size();
 }
 
 LogCapture::~LogCapture() {
-    // Point the process log at a path that cannot be opened: no logger
-    // remains, so later tests start with logging off.
+    // A path that cannot be opened leaves no logger: later tests start with
+    // logging off, and the file is released.
     vx_link::LoggerHolder::initLogger(6, m_path + ".missing/none/log.txt");
     std::remove(m_path.c_str());
 }
@@ -44,57 +42,33 @@ LogCapture::~LogCapture() {
 std::vector<std::string> LogCapture::allLines() const {
     std::vector<std::string> out;
     std::ifstream in(m_path);
-    std::string line;
-    while (std::getline(in, line))
-        out.push_back(line);
+    for (std::string line; std::getline(in, line);) out.push_back(line);
     return out;
 }
 
 std::vector<std::string> LogCapture::lines() const {
     std::vector<std::string> all = allLines();
-    if (m_skip >= all.size())
-        return {};
-    return std::vector<std::string>(all.begin() + static_cast<long>(m_skip), all.end());
-}
-
-namespace {
-// "[ERROR]   [14.11.2026 08:29:06] [5120] text" -> "text"
-std::string messageOf(const std::string& line) {
-    std::size_t time = line.find("] [", 10);
-    if (time == std::string::npos) return line;
-    std::size_t thread = line.find("] ", time + 3);
-    if (thread == std::string::npos) return line;
-    return line.substr(thread + 2);
-}
-const char* const kTags[] = {"", "[FATAL]   ", "[ERROR]   ", "[WARNING] ",
-                             "[INFO]    ", "[DEBUG]   ", "[TRACE]   "};
-} // namespace
-
-std::vector<std::string> LogCapture::messages() const {
-    std::vector<std::string> out;
-    for (const std::string& line : lines())
-        out.push_back(messageOf(line));
-    return out;
+    return std::vector<std::string>(all.begin() + static_cast<long>(std::min(m_skip, all.size())), all.end());
 }
 
 std::vector<std::string> LogCapture::messages(int level) const {
+    static const char* const tags[] = {"", "[FATAL]   ", "[ERROR]   ", "[WARNING] ",
+                                       "[INFO]    ", "[DEBUG]   ", "[TRACE]   "};
     std::vector<std::string> out;
-    for (const std::string& line : lines())
-        if (level >= 1 && level <= 6 && line.compare(0, 10, kTags[level]) == 0)
-            out.push_back(messageOf(line));
+    for (const std::string& line : lines()) {
+        if (level != 0 && line.compare(0, 10, tags[level]) != 0) continue;
+        // "[ERROR]   [14.11.2026 08:29:06] [5120] text" -> "text"
+        std::size_t thread = line.find("] ", line.find("] [", 10) + 3);
+        out.push_back(thread == std::string::npos ? line : line.substr(thread + 2));
+    }
     return out;
 }
 
-bool LogCapture::has(const std::string& message) const {
-    for (const std::string& m : messages())
-        if (m == message) return true;
-    return false;
-}
+bool LogCapture::has(const std::string& message) const { return count(message) > 0; }
 
 int LogCapture::count(const std::string& message) const {
     int n = 0;
-    for (const std::string& line : lines())
-        if (line.compare(0, 10, kTags[6]) != 0 && messageOf(line) == message) ++n;
+    for (const std::string& m : messages()) n += m == message;
     return n;
 }
 

@@ -16,18 +16,15 @@ public:
     explicit LogCapture(int level = 6);
     ~LogCapture();
 
-    const std::string& path() const { return m_path; }
-
     // Whole lines written since construction or the last clear(), the
     // logger's own initialisation lines excluded.
     std::vector<std::string> lines() const;
-    // The message part of those lines (after tag, time and thread id).
-    std::vector<std::string> messages() const;
-    // Messages at one level (1 fatal .. 6 trace), trace lines included.
-    std::vector<std::string> messages(int level) const;
+    // The message part of those lines (after tag, time and thread id), of
+    // one level (1 fatal .. 6 trace) or, for 0, of all levels.
+    std::vector<std::string> messages(int level = 0) const;
     // Whether some message equals `message` exactly.
     bool has(const std::string& message) const;
-    // Number of messages equal to `message`, at any level but trace.
+    // Number of messages equal to `message`.
     int count(const std::string& message) const;
     // Forgets what was logged so far.
     void clear();
