@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace xch_test {
 
@@ -12,9 +11,9 @@ std::string helperPath(const std::string& name);
 
 class ChildProcess {
 public:
-    // Starts `program` with `args`; its standard input and output are
-    // connected to this object.
-    ChildProcess(const std::string& program, const std::vector<std::string>& args = {});
+    // Starts `program`; its standard input and output are connected to
+    // this object.
+    explicit ChildProcess(const std::string& program);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -24,14 +23,14 @@ public:
     // Reads one line (without its line end) from the child's standard
     // output; false at end of output.
     bool readLine(std::string& line);
-    // Closes the child's standard input (it sees end of input).
-    void closeInput();
-    // Waits for the child to end and returns its exit status.
+    // Closes the child's input, waits for it to end, returns its status.
     int wait();
 
 private:
-    struct Impl;
-    Impl* m_impl;
+    struct Pipes; // the operating system's handles
+    Pipes* m_pipes;
+    std::string m_pending;
+    int m_status = -1;
 };
 
 // The other end, used inside a helper executable: lines on standard input
