@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,30 +16,6 @@
 using namespace xch;
 using namespace xch_test;
 using Messages = std::vector<std::string>;
-
-namespace {
-// An ImportOptions that is not the library's; its members do nothing.
-class ForeignImportOptions : public ImportOptions {
-    std::wstring m_file;
-    FormatOptionsList m_sets;
-public:
-    const std::wstring& file() const override { return m_file; }
-    const FormatOptionsList& formatOptions() const override { return m_sets; }
-    bool forceMpMode() const override { return false; }
-    bool translateWorldOrientation() const override { return false; }
-    bool translateMiscData() const override { return false; }
-    std::uint32_t modelerVersion() const override { return 0; }
-    void setFile(const std::wstring&) override {}
-    void setFormatOptions(const FormatOptionsList&) override {}
-    void addFormatOptions(const std::shared_ptr<IFormatOptions>&) override {}
-    void setForceMpMode(bool) override {}
-    void setTranslateWorldOrientation(bool) override {}
-    void setTranslateMiscData(bool) override {}
-    void setModelerVersion(std::uint32_t) override {}
-    void readObject(const JsonValue&) override {}
-    void writeObject(JsonValue& value, JsonAllocator&) const override { value.SetObject(); }
-};
-} // namespace
 
 TEST(Command, WritesOptionsOnlyForImportAndExport) {
     Command command;
@@ -60,7 +35,6 @@ TEST(Command, ReadingStartsAfreshAndMatchesExactly) {
     const struct { const wchar_t* json; Command::EType type; EVarnexInterface interface; bool mt; } cases[] = {
         {L"{\"varnex_interface\":\"legacy\",\"command\":\"ping\"}", Command::Ping, LegacyInterface, false},
         {L"{\"command\":\"Import\",\"mt_mode\":1}", Command::Unknown, UConnectInterface, false},
-        {L"{\"varnex_interface\":\"connect\",\"command\":\"info\"}", Command::Info, ConnectInterface, false},
         {L"{\"varnex_interface\":\"Legacy\",\"command\":2}", Command::Unknown, UConnectInterface, false},
         {L"{\"command\":\"unknown\",\"mt_mode\":true}", Command::Unknown, UConnectInterface, true},
         {L"{\"varnex_interface\":2,\"command\":\"ping\",\"options\":{}}", Command::Ping, UConnectInterface, false}};
@@ -75,7 +49,7 @@ TEST(Command, ReadingStartsAfreshAndMatchesExactly) {
     EXPECT_FALSE(read.importOptions() || read.legacyImportOptions());
 }
 
-TEST(Command, RefusesCommandsWithoutTheirOptionsAndForeignOptions) {
+TEST(Command, RefusesCommandsWithoutTheirOptionsAndNullOptions) {
     Command command;
     auto writing = [&] { return invalidArgumentMessage([&] { writtenText(command); }); };
     command.setType(Command::Import);
@@ -93,7 +67,6 @@ TEST(Command, RefusesCommandsWithoutTheirOptionsAndForeignOptions) {
 
     const std::pair<const wchar_t*, const char*> refused[] = {
         {L"[]", "Command::readObject: invalid json document"},
-        {L"{\"command\": ", "Command::readObject: invalid json document"},
         {L"{\"varnex_interface\": \"connect\"}", "Command::readObject: json document has no command type."},
         {L"{\"command\": \"import\"}", "Import command should contain options."},
         {L"{\"command\":\"export\",\"varnex_interface\":\"connect\"}", "Export command should contain options."},
@@ -101,12 +74,11 @@ TEST(Command, RefusesCommandsWithoutTheirOptionsAndForeignOptions) {
         {L"{\"command\":\"export\",\"varnex_interface\":\"legacy\"}", "Legacy Export command should contain options."},
         {L"{\"command\":\"import\",\"options\":{\"file\":5}}",
          "ImportOptionsImpl::readObject: json document has no valid file path."},
+        {L"{\"command\":\"import\",\"options\":\"a.stp\"}", "ImportOptionsImpl::readObject: !object.IsObject()"},
         {L"{\"command\": \"export\", \"options\": []}", "ExportOptionsImpl::readObject: !object.IsObject()"}};
     for (const auto& c : refused) EXPECT_EQ(readRefusal(command, c.first), c.second) << vx_link::utf8(c.first);
-    const std::string foreign = "Command::setImportOptions: wrong implementation of ImportOptions interface.";
-    EXPECT_EQ(invalidArgumentMessage([&] { command.setImportOptions(std::make_shared<ForeignImportOptions>()); }),
-              foreign);
-    EXPECT_EQ(invalidArgumentMessage([&] { command.setImportOptions(nullptr); }), foreign);
+    EXPECT_EQ(invalidArgumentMessage([&] { command.setImportOptions(nullptr); }),
+              "Command::setImportOptions: wrong implementation of ImportOptions interface.");
     EXPECT_EQ(invalidArgumentMessage([&] { command.setExportOptions(nullptr); }),
               "Command::setExportOptions: wrong implementation of ExportOptions interface");
 }
@@ -114,8 +86,6 @@ TEST(Command, RefusesCommandsWithoutTheirOptionsAndForeignOptions) {
 TEST(Command, JobOptionsLogWhatTheyReadAndSkipUnusableSets) {
     LogCapture log(5);
     ImportOptionsImpl options;
-    EXPECT_EQ(invalidArgumentMessage([&] { readFromJsonText(options, L"\"a.stp\""); }),
-              "ImportOptionsImpl::readObject: !object.IsObject()");
     options.setModelerVersion(12);
     options.setForceMpMode(true);
     readFromJsonText(options, L"{\"file\":\"C:\\\\in\\\\b\u00e4r.stp\",\"force_mp_mode\":\"no\",\"modeler_version\":-1,"
@@ -146,8 +116,6 @@ TEST(Command, JobOptionsLogWhatTheyReadAndSkipUnusableSets) {
               L"{\"file\":\"out.igs\",\"format_version\":\"5.3\",\"geometry_flags\":3,\"format_options\":"
               L"[{\"operation_type\":\"export\",\"format_type\":\"IGES\",\"units\":\"millimeter\"}]}");
     EXPECT_EQ(log.messages(2), Messages{"Invalid specific format options object, file out.igs"});
-    EXPECT_EQ(log.messages(5), (Messages{"ExportOptions.file = out.igs", "ExportOptions.formatVersion = 5.3",
-                                         "ExportOptions.file = out.igs"}));
 }
 
 TEST(Command, CommandsRoundTripWithTheirOptions) {
@@ -161,8 +129,6 @@ TEST(Command, CommandsRoundTripWithTheirOptions) {
         L"\"options\":{\"file\":\"b.stp\",\"format_version\":\"AP203\",\"geometry_flags\":2147483653,"
         L"\"format_options\":[{\"operation_type\":\"export\",\"format_type\":\"3D_PDF\","
         L"\"color\":{\"rgb\":[250,250,250],\"alpha\":128}}]},\"mt_mode\":false}",
-        L"{\"varnex_interface\":\"legacy\",\"command\":\"import\",\"options\":{\"file\":\"C:\\\\tmp\\\\job.dwg\","
-        L"\"insertion_unit\":\"inch\",\"mode\":\"replace\"},\"mt_mode\":false}",
         L"{\"varnex_interface\":\"legacy\",\"command\":\"export\",\"options\":{\"file\":\"\","
         L"\"insertion_unit\":\"centimeter\",\"mode\":\"selection\"},\"mt_mode\":false}"};
     for (const std::wstring& text : texts) {

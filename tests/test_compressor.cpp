@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <map>
 #include <stdexcept>
 
 #include <xch_api/xch_api_compressor.h>
@@ -15,6 +14,12 @@ static Block vertices(unsigned count) {
     for (unsigned i = 0; i < count; ++i) text += "v " + std::to_string(i * i % 7) + ' ' + std::to_string(i / 9) + '\n';
     return Block(text.begin(), text.end());
 }
+// The library's output, written into blocks that held something before (which must not remain).
+static Block compressed(const Block& data, int level, Compressor::Wrapper wrapper = Compressor::Gzip) {
+    Block out{'s', 't', 'a', 'l', 'e'};
+    Compressor::compress(out, data.data(), data.size(), level, wrapper);
+    return out;
+}
 static Block decompressed(const Block& stream) {
     Block out{'s', 't', 'a', 'l', 'e'};
     Compressor::decompress(out, stream.data(), stream.size());
@@ -23,13 +28,6 @@ static Block decompressed(const Block& stream) {
 template <class F> static std::string errorOf(F run) {
     try { run(); } catch (const std::runtime_error& e) { return e.what(); }
     return "no exception";
-}
-static Block zlibCompress(const Block& data, int level) {
-    uLongf size = compressBound((uLong)data.size());
-    Block out(size);
-    EXPECT_EQ(compress2((Bytef*)out.data(), &size, (const Bytef*)data.data(), (uLong)data.size(), level), Z_OK);
-    out.resize(size);
-    return out;
 }
 // zlib's own inflation of `gz` into `room` bytes, insisting on a gzip wrapper, a complete stream and nothing after it.
 static Block zlibGunzip(const Block& gz, std::size_t room) {
@@ -41,54 +39,41 @@ static Block zlibGunzip(const Block& gz, std::size_t room) {
     EXPECT_EQ(inflate(&strm, Z_FINISH), Z_STREAM_END);
     EXPECT_EQ(strm.avail_in, 0u) << "bytes after the gzip stream";
     inflateEnd(&strm);
-    out.resize(out.size() - strm.avail_out);
-    return out;
+    return Block(out.begin(), out.end() - strm.avail_out);
 }
 
-TEST(Compressor, WritesGzipThatZlibReadsAndInflatesZlibStreamsAtEveryLevel) {
-    const Block mesh = vertices(100000); // and, as incompressible data, its zlib stream
-    for (const Block& block : {Block(), Block(1, 'x'), mesh, zlibCompress(mesh, 9), Block(10 << 20, '\0')}) {
+TEST(Compressor, WritesGzipThatZlibReadsAtTheCallersLevelAndInflatesZlibStreams) {
+    const Block mesh = vertices(100000), packed = compressed(mesh, 9, Compressor::Zlib); // incompressible
+    for (const Block& block : {Block(), Block(1, 'x'), mesh, packed, Block(10 << 20, '\0')}) {
         for (int level : {-1, 0, 1, 9}) {
             SCOPED_TRACE("size " + std::to_string(block.size()) + " level " + std::to_string(level));
-            Block gz{'s', 't', 'a', 'l', 'e'};
-            Compressor::compress(gz, block.data(), block.size(), level);
+            const Block gz = compressed(block, level);
             EXPECT_EQ(zlibGunzip(gz, block.size() + 1), block);
-            EXPECT_EQ(decompressed(gz), block);
-            const Block z = zlibCompress(block, level);
-            EXPECT_EQ(decompressed(z), block);
-            std::string gzText = "stale", text = "stale"; // the std::string overloads alike
+            EXPECT_EQ(decompressed(compressed(block, level, Compressor::Zlib)), block);
+            std::string gzText = "stale", text = "stale"; // the overloads without a wrapper make gzip alike
             Compressor::compress(gzText, block.data(), block.size(), level);
             Compressor::decompress(text, gzText.data(), gzText.size());
             EXPECT_TRUE(gzText == std::string(gz.begin(), gz.end()) && text == std::string(block.begin(), block.end()));
         }
     }
-}
-
-TEST(Compressor, CompressesAtTheCallersLevel) {
-    const Block block = vertices(50000);
-    std::map<int, Block> gz;
-    for (int level : {-1, 0, 1, 6, 9}) Compressor::compress(gz[level], block.data(), block.size(), level);
-    EXPECT_GT(gz[0].size(), block.size());
-    EXPECT_LT(gz[1].size(), block.size() / 2);
-    EXPECT_LT(gz[9].size(), gz[1].size());
-    EXPECT_EQ(gz[-1], gz[6]) << "-1 is zlib's default level";
-    EXPECT_EQ(errorOf([&] { Compressor::compress(gz[0], block.data(), block.size(), 10); }), "deflate init failed");
+    EXPECT_GT(compressed(mesh, 0).size(), mesh.size());
+    EXPECT_LT(compressed(mesh, 9).size(), compressed(mesh, 1).size());
+    EXPECT_EQ(compressed(mesh, -1), compressed(mesh, 6)) << "-1 is zlib's default level";
+    EXPECT_EQ(errorOf([&] { compressed(mesh, 10); }), "deflate init failed");
 }
 
 TEST(Compressor, CorruptStreamsThrowZlibsMessageAndShortOnesGiveAPrefix) {
-    const Block block = vertices(100000), z = zlibCompress(block, 6);
+    const Block block = vertices(100000), z = compressed(block, 6, Compressor::Zlib);
     Block gz;
     Compressor::compress(gz, block.data(), block.size(), -1);
     auto errorWith = [](Block s, std::size_t at, char c) { s[at] = c; return errorOf([&] { decompressed(s); }); };
     EXPECT_EQ(errorWith(gz, gz.size() - 6, gz[gz.size() - 6] ^ 0x55), "incorrect data check"); // CRC-32
     EXPECT_EQ(errorWith(gz, 2, 7), "unknown compression method");
     EXPECT_EQ(errorWith(z, z.size() - 1, z.back() ^ 1), "incorrect data check"); // Adler-32
-    EXPECT_EQ(errorWith(z, 2, 0x07), "invalid block type"); // a final block of the reserved type 3
     EXPECT_EQ(errorWith({'p', 'l', 'a', 'i', 'n'}, 0, 'P'), "incorrect header check");
     for (std::size_t keep : {gz.size() - 4, gz.size() / 2, std::size_t(10), std::size_t(0)}) {
         const Block out = decompressed(Block(gz.begin(), gz.begin() + keep));
-        ASSERT_LE(out.size(), block.size()) << keep;
-        EXPECT_TRUE(std::equal(out.begin(), out.end(), block.begin())) << keep;
+        EXPECT_TRUE(out.size() <= block.size() && std::equal(out.begin(), out.end(), block.begin())) << keep;
         if (keep == gz.size() - 4) { EXPECT_EQ(out, block) << "only the size trailer is missing"; }
     }
     gz.insert(gz.end(), 100, 'j');
@@ -96,11 +81,9 @@ TEST(Compressor, CorruptStreamsThrowZlibsMessageAndShortOnesGiveAPrefix) {
 }
 
 TEST(Compressor, RecognisesZlibAndGzipHeaders) {
-    const char samples[][3] = {"\x78\x9C", "\x78\x01", "\x78\xDA", "\x78\x5E", "\x1F\x8B", // compressed
+    const char heads[][3] = {"\x78\x9C", "\x78\x01", "\x78\xDA", "\x78\x5E", "\x1F\x8B", // compressed
                                "\x78\x00", "\x78\x8B", "\x1F\x9C", "\x8B\x1F", "\x9C\x78", ""};
-    for (std::size_t i = 0; i < std::size(samples); ++i) {
-        EXPECT_EQ(Compressor::isCompressed(samples[i], 3), i < 5) << i;
-        EXPECT_FALSE(Compressor::isCompressed(samples[i], 2)) << i;
-    }
+    for (std::size_t i = 0; i < std::size(heads); ++i) // never from fewer than 3 bytes
+        EXPECT_TRUE(Compressor::isCompressed(heads[i], 3) == (i < 5) && !Compressor::isCompressed(heads[i], 2)) << i;
     EXPECT_FALSE(Compressor::isCompressed(nullptr, 10));
 }

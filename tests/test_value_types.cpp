@@ -9,16 +9,7 @@ using namespace xch;
 using namespace xch_test;
 using Msgs = std::vector<std::string>;
 
-// Every value of a table reads back from its own string, and no value is missing.
-template <class E>
-void expectStringsReadBack(std::size_t count) {
-    EXPECT_EQ(enumTable<E>().entries().size(), count);
-    for (const auto& entry : enumTable<E>().entries())
-        EXPECT_EQ(enumFromString<E>(entry.second), entry.first) << entry.second;
-}
-
 TEST(ValueTypes, VectorsWriteDoublesAndReadOnlyLeadingDoubles) {
-    EXPECT_EQ(toJsonText(ExcVector2d(4, 0.125)), L"[4.0,0.125]");
     LogCapture log;
     ExcVector3d v(7, 8, 9); // an element that is not a double (integer literals too) ends the reading
     expectReads(v, {{L"[1, 2, 3]", L"[7.0,8.0,9.0]"}, {L"[1.0, 2, 3.0]", L"[1.0,8.0,9.0]"},
@@ -48,21 +39,18 @@ TEST(ValueTypes, MatrixAndTransformationReadOnlyArrays) {
 
 TEST(ValueTypes, ColorWritesOnlyFlaggedPartsAndReadsOnlyWellFormedOnes) {
     ExcColor c;
-    c[ExcColor::Red] = 99; // channel writes leave the flags alone
-    c.channel(ExcColor::Alpha) = 7;
+    c.channel(ExcColor::Alpha) = 7; // channel writes leave the flags alone
     EXPECT_EQ(toJsonText(c), L"null");
     c.setHasAlpha(true);
     EXPECT_EQ(toJsonText(c), L"{\"alpha\":7}");
-    EXPECT_EQ(toJsonText(ExcColor(10, 20, 30)), L"{\"rgb\":[10,20,30]}");
     EXPECT_EQ(toJsonText(ExcColor(1, 2, 3, 400)), L"{\"rgb\":[1,2,3],\"alpha\":400}");
     using State = std::vector<int>; // hasRGB, hasAlpha, red, green, blue, alpha
     auto state = [](const ExcColor& r) { return State{r.hasRGB(), r.hasAlpha(), r[ExcColor::Red],
                                                       r[ExcColor::Green], r[ExcColor::Blue], r[ExcColor::Alpha]}; };
     LogCapture log;
     ExcColor r; // an ill-formed part changes nothing; null (an unset colour's JSON) is refused
-    for (const wchar_t* ignored : {L"null", L"{\"rgb\":[255,0]}", L"{\"rgb\":[255,-1,0]}", L"{\"rgb\":[255,0,0,0]}",
-                                   L"{\"rgb\":[255.0,0,0]}", L"{\"rgb\":\"red\"}", L"{\"alpha\":-1}",
-                                   L"{\"alpha\":1.5}"}) {
+    for (const wchar_t* ignored : {L"null", L"{\"rgb\":[255,-1,0]}", L"{\"rgb\":[255,0,0,0]}", L"{\"rgb\":[255.0,0,0]}",
+                                   L"{\"rgb\":\"red\"}", L"{\"alpha\":-1}", L"{\"alpha\":1.5}"}) {
         readFromJsonText(r, ignored);
         EXPECT_EQ(state(r), (State{0, 0, 0, 0, 0, 255})) << ignored;
     }
@@ -82,28 +70,23 @@ TEST(ValueTypes, UnitStringsFallbacksAndLengthScale) {
     EXPECT_EQ(enumFromString<EMassUnitType>(L"pound_mass"), MassCentigram);
     EXPECT_EQ(enumFromString<ETimeUnitType>(L"Day"), TimeHour);
     EXPECT_EQ(enumFromString<ETimeUnitType>(L"day"), TimeDay);
-    EXPECT_EQ(enumFromString<ETemperatureUnitType>(L"rankine"), TemperatureCelsius);
-    expectStringsReadBack<ELengthUnitType>(14);
-    expectStringsReadBack<EMassUnitType>(10);
+    auto readsBack = [](auto unit, std::size_t count) { // every string reads back to its value, none is missing
+        using E = decltype(unit);
+        EXPECT_EQ(enumTable<E>().entries().size(), count);
+        for (const auto& e : enumTable<E>().entries()) EXPECT_EQ(enumFromString<E>(e.second), e.first) << e.second;
+    };
+    readsBack(LengthUnknown, 14), readsBack(MassUnknown, 10);
     const struct { ELengthUnitType from, to; double factor; } cases[] = {
-        {LengthMillimeter, LengthMeter, 0.001}, {LengthMeter, LengthInch, 39.37007874015748},
-        {LengthFoot, LengthMillimeter, 304.8}, {LengthModelUnit, LengthMillimeter, 25.4},
-        {LengthUnknown, LengthMillimeter, 25.4}, {LengthMile, LengthFoot, 5280.0}, {LengthInch, LengthCentimeter, 2.54},
+        {LengthMillimeter, LengthMeter, 0.001}, {LengthMeter, LengthInch, 1 / 0.0254}, {LengthMile, LengthFoot, 5280.0},
+        {LengthModelUnit, LengthMillimeter, 25.4}, {LengthUnknown, LengthMillimeter, 25.4}, // both taken as inches
         {LengthKilometer, LengthMicrometer, 1e9}, {LengthMicroinch, LengthMilliinch, 0.001}};
-    for (const auto& c : cases)
-        EXPECT_DOUBLE_EQ(unitsScale(c.from, c.to), c.factor) << c.from << " -> " << c.to;
+    for (const auto& c : cases) EXPECT_DOUBLE_EQ(unitsScale(c.from, c.to), c.factor) << c.from << " -> " << c.to;
     for (int unit = LengthUnknown; unit <= LengthMicroinch; ++unit)
         EXPECT_EQ(unitsScale(ELengthUnitType(unit), ELengthUnitType(unit)), 1.0) << unit;
 }
 
 TEST(ValueTypes, UnitComponentWritesBothKeysAndReadsStrictly) {
-    ExcUnitComponent<ELengthUnitType> length(-1, LengthMeter);
-    for (int dimension : {-1, 3}) { // a signed JSON integer when negative, unsigned otherwise
-        length.setDimension(dimension);
-        JsonDocument doc;
-        length.writeObject(doc, doc.GetAllocator());
-        EXPECT_TRUE(doc[L"dimension"].IsInt() && doc[L"dimension"].IsUint() == (dimension >= 0)) << dimension;
-    }
+    ExcUnitComponent<ELengthUnitType> length(3, LengthMeter);
     LogCapture log; // "dimension" only from a 32-bit integer, "units" only from a string
     expectReads(length, {{L"{\"dimension\":2.0,\"units\":\"inch\"}", L"{\"dimension\":3,\"units\":\"inch\"}"},
                          {L"{\"dimension\":3000000000,\"units\":7}", L"{\"dimension\":3,\"units\":\"inch\"}"},

@@ -15,38 +15,23 @@ using namespace xch;
 using namespace xch_test;
 
 TEST(VarnexInfo, WritesEveryKeyInOrderAndReadsItBack) {
-    VarnexInfo info;
+    VarnexInfo info;  // empty lists are left out
     EXPECT_EQ(writtenText(info).substr(0, 4), L"{\n  ") << "written pretty";
     EXPECT_EQ(compactWritten(info), L"{\"name\":\"\",\"version\":\"\",\"varnex_interface\":\"uconnect\","
                                     L"\"parasolid_mode\":\"direct\",\"modeler_version\":31}");
-    info.setName(L"Varnex \u00e9dition");
-    info.setVersion(L"4.2 \"17\"");
-    info.setRequestedInterface(ConnectInterface);
-    info.setParasolidMode(ParasolidKernel);
-    info.setModelerMajorVersion(-4);
-    info.newThirdpartyCore().setName(L"Reader").setVersion(L"R37");
-    info.newImportFormat().setDescription(L"Creo").addExtension(L"prt").addFilterExtensions(L"*.prt;*.prt.*");
-    info.importFormats()[0]->addRegex(L"never written").addFilterExtensions(L"*.asm");
-    info.newExportFormat().setDescription(L"PDF").addExtension(L"pdf");
     const std::wstring text =
         L"{\"name\":\"Varnex \u00e9dition\",\"version\":\"4.2 \\\"17\\\"\",\"varnex_interface\":\"connect\","
         L"\"thirdparty_cores\":[{\"name\":\"Reader\",\"version\":\"R37\"}],\"parasolid_mode\":\"kernel\","
         L"\"import_formats\":[{\"description\":\"Creo\",\"extensions\":[\"prt\"],\"filters\":[\"*.prt;*.prt.*\","
         L"\"*.asm\"]}],\"export_formats\":[{\"description\":\"PDF\",\"extensions\":[\"pdf\"],\"filters\":[]}],"
         L"\"modeler_version\":-4}";
+    readText(info, text);
+    info.importFormats()[0]->addRegex(L"never written");
     EXPECT_EQ(compactWritten(info), text);
-    VarnexInfo read;
-    readText(read, writtenText(info));
-    EXPECT_EQ(compactWritten(read), text);
-    EXPECT_TRUE(read.importFormats()[0]->regex().empty());
 }
 
 TEST(VarnexInfo, ReadingMatchesExactlyAndKeepsWhatIsMissingOrMistyped) {
     VarnexInfo info;
-    info.setRequestedInterface(static_cast<EVarnexInterface>(7));
-    info.setParasolidMode(static_cast<EParasolidMode>(-1));
-    EXPECT_NE(compactWritten(info).find(L"\"varnex_interface\":\"uconnect\",\"parasolid_mode\":\"direct\""),
-              std::wstring::npos);
     // The table alone falls back to its first string; the document reads anything unknown as 0.
     EXPECT_EQ(enumFromString<EVarnexInterface>(L"Connect"), ConnectInterface);
     readText(info, L"{\"varnex_interface\": \"legacy\", \"parasolid_mode\": \"kernel\", \"name\": \"V\"}");
@@ -62,7 +47,16 @@ TEST(VarnexInfo, ReadingMatchesExactlyAndKeepsWhatIsMissingOrMistyped) {
     EXPECT_EQ(info.name(), L"V");
 }
 
-TEST(VarnexInfo, ListsAppendShareAndSkipWhatIsNotAnObject) {
+TEST(VarnexInfo, ListsAppendShareAndRefuseOrSkipWhatIsNotAnObject) {
+    Format format;
+    EXPECT_EQ(invalidArgumentMessage([&] { readFromJsonText(format, L"[\"*.stp\"]"); }),
+              "Format::readFrom > !jsonObject.IsObject()");
+    EXPECT_EQ(invalidArgumentMessage([] { ThirdpartyCore core; readFromJsonText(core, L"\"Kernel\""); }),
+              "ThirdpartyCore::readFrom > !jsonObject.IsObject()");
+    readFromJsonText(format, L"{\"description\": \"STEP\", \"extensions\": [\"stp\", 1], \"filters\": [\"*.stp\"]}");
+    readFromJsonText(format, L"{\"description\": 5, \"extensions\": [\"stpz\"], \"filters\": \"*.x\"}");
+    EXPECT_EQ(toJsonText(format),
+              L"{\"description\":\"STEP\",\"extensions\":[\"stp\",\"stpz\"],\"filters\":[\"*.stp\"]}");
     VarnexInfo info;
     readText(info, L"{\"import_formats\": [{\"description\": \"STEP\"}, 5, null, {\"description\": \"IGES\"}],"
                    L" \"thirdparty_cores\": [\"core\", {\"name\": \"Kernel\"}]}");
@@ -73,7 +67,7 @@ TEST(VarnexInfo, ListsAppendShareAndSkipWhatIsNotAnObject) {
     info.addExportFormats({nullptr, shared, nullptr});
     info.addImportFormats(info.importFormats());
     std::wstring descriptions;
-    for (const auto& format : info.importFormats()) descriptions += format->description() + L" ";
+    for (const auto& f : info.importFormats()) descriptions += f->description() + L" ";
     EXPECT_EQ(descriptions, L"STEP IGES JT STEP IGES JT ");
     ASSERT_EQ(info.thirdpartyCores().size(), 1u);
     EXPECT_EQ(info.thirdpartyCores()[0]->name(), L"Kernel");
@@ -83,18 +77,6 @@ TEST(VarnexInfo, ListsAppendShareAndSkipWhatIsNotAnObject) {
     shared->setDescription(L"seen by both");
     ASSERT_EQ(info.exportFormats().size(), 1u);
     EXPECT_EQ(copy.exportFormats()[0]->description(), L"seen by both");
-}
-
-TEST(VarnexInfo, FormatAndCoreReading) {
-    Format format;
-    EXPECT_EQ(invalidArgumentMessage([&] { readFromJsonText(format, L"[\"*.stp\"]"); }),
-              "Format::readFrom > !jsonObject.IsObject()");
-    EXPECT_EQ(invalidArgumentMessage([] { ThirdpartyCore core; readFromJsonText(core, L"\"Kernel\""); }),
-              "ThirdpartyCore::readFrom > !jsonObject.IsObject()");
-    readFromJsonText(format, L"{\"description\": \"STEP\", \"extensions\": [\"stp\", 1], \"filters\": [\"*.stp\"]}");
-    readFromJsonText(format, L"{\"description\": 5, \"extensions\": [\"stpz\"], \"filters\": \"*.x\"}");
-    EXPECT_EQ(toJsonText(format),
-              L"{\"description\":\"STEP\",\"extensions\":[\"stp\",\"stpz\"],\"filters\":[\"*.stp\"]}");
 }
 
 TEST(VarnexInfo, FormatMatchesFileNamesAndListsDialogFilters) {
@@ -110,10 +92,8 @@ TEST(VarnexInfo, FormatMatchesFileNamesAndListsDialogFilters) {
     // Regular expressions first, then the filters; the extensions play no part.
     Format catia;
     catia.addExtension(L"CATPart").addRegex(L"[A-Z]+_[0-9]{3}\\.model").addFilterExtensions(L"*.CATPart");
-    EXPECT_TRUE(catia.is(L"HULL_001.model"));
-    EXPECT_FALSE(catia.is(L"HULL_001.model.old"));
-    EXPECT_TRUE(catia.is(L"a.CATPart"));
-    EXPECT_FALSE(catia.is(L"a.catpart"));
+    EXPECT_TRUE(catia.is(L"HULL_001.model") && catia.is(L"a.CATPart"));
+    EXPECT_FALSE(catia.is(L"HULL_001.model.old") || catia.is(L"a.catpart"));
     EXPECT_FALSE(Format().addExtension(L"jt").is(L"a.jt"));
     EXPECT_THROW(Format().addRegex(L"(").addFilterExtensions(L"*.x").is(L"a.x"), std::regex_error);
 }
