@@ -59,9 +59,10 @@ public:
 
     // The string of `value`, or of the smallest value when absent.
     const std::wstring& toString(E value) const {
-        for (const auto& e : m_byValue)
-            if (e.first == value)
-                return e.second;
+        auto it = std::lower_bound(m_byValue.begin(), m_byValue.end(), value,
+                                   [](const Entry& e, E v) { return e.first < v; });
+        if (it != m_byValue.end() && it->first == value)
+            return it->second;
         return m_byValue.front().second;
     }
 

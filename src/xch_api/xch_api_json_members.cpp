@@ -10,6 +10,13 @@ bool expectObject(const JsonValue& value, const char* className) {
     return false;
 }
 
+bool expectObject(const JsonValue& value, int level, const char* message) {
+    if (value.IsObject())
+        return true;
+    VX_LOG(level, message);
+    return false;
+}
+
 bool expectArray(const JsonValue& value, const char* message) {
     if (value.IsArray())
         return true;

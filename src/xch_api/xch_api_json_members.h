@@ -34,6 +34,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -188,12 +189,38 @@ private:
     template <class U> struct IsSharedPtr<std::shared_ptr<U>> : std::true_type {};
 };
 
+template <class T, class Cmp>
+struct Codec<std::set<T, Cmp>> {
+    static void write(JsonValue& v, JsonAllocator& a, const std::set<T, Cmp>& x) {
+        v.SetArray();
+        v.Reserve(static_cast<rapidjson::SizeType>(x.size()), a);
+        for (const T& element : x) {
+            JsonValue item;
+            Codec<T>::write(item, a, element);
+            v.PushBack(item, a);
+        }
+    }
+    // Inserts every element that its codec accepts; an element equal to
+    // one already held is dropped (the first one stays).
+    static bool read(const JsonValue& v, std::set<T, Cmp>& x) {
+        if (!v.IsArray()) return false;
+        for (const JsonValue& item : v.GetArray()) {
+            T element{};
+            if (Codec<T>::read(item, element))
+                x.insert(std::move(element));
+        }
+        return true;
+    }
+};
+
 // ---- rules for keys that differ from their type's default ----------------
 
 // Whether a field holds nothing worth writing for an optional key.
 inline bool isUnset(const std::wstring& x) { return x.empty(); }
 template <class T> bool isUnset(const std::vector<T>& x) { return x.empty(); }
 template <class T> bool isUnset(const std::shared_ptr<T>& x) { return !x; }
+template <class E, std::enable_if_t<std::is_enum_v<E>, int> = 0>
+bool isUnset(E x) { return static_cast<std::underlying_type_t<E>>(x) == 0; }
 
 // The key is written only when the field is set (non-empty).
 struct Optional {
@@ -240,11 +267,62 @@ struct ObjectsOnly {
 };
 constexpr ObjectsOnly objectsOnly{};
 
+// A nested object held by pointer, read into a NEW object only when the
+// member is a JSON object (anything else leaves the pointer as it is); an
+// empty pointer is written as JSON null.
+struct NewObject {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const std::shared_ptr<T>& x) const {
+        Codec<std::shared_ptr<T>>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, std::shared_ptr<T>& x) const {
+        if (!v.IsObject()) return;
+        auto object = std::make_shared<T>();
+        object->readObject(v);
+        x = std::move(object);
+    }
+};
+constexpr NewObject newObject{};
+
+// The key is written only when `when` holds; it is read whenever present.
+template <class Rule>
+struct WrittenIf {
+    bool when;
+    Rule rule;
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
+        return when && rule.write(v, a, x);
+    }
+    template <class T>
+    void read(const JsonValue& v, T& x) const { rule.read(v, x); }
+};
+
+// The plain rule of a field's type, for combining with others.
+struct Plain {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
+        Codec<T>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, T& x) const { Codec<T>::read(v, x); }
+};
+constexpr Plain plain{};
+
+template <class Rule = Plain>
+WrittenIf<Rule> writtenIf(bool when, Rule rule = Rule{}) { return {when, rule}; }
+
 // ---- the two visitors ----------------------------------------------------
 
 // Reads the members of one JSON object into fields.
 class Reader {
 public:
+    // Lets a members list tell the two visitors apart (a key written only
+    // in some states is still read whenever present).
+    static constexpr bool reading = true;
+
     explicit Reader(const JsonValue& object) : m_object(object) {}
 
     // The member `key`, or null when absent.
@@ -273,6 +351,8 @@ private:
 // Appends members to a JSON object, in call order.
 class Writer {
 public:
+    static constexpr bool reading = false;
+
     // `object` becomes an object if it is not one already (a derived class
     // appends to what its base wrote).
     Writer(JsonValue& object, JsonAllocator& allocator)
@@ -310,6 +390,10 @@ private:
 // and returns false when `value` is not an object.
 XCH_API bool expectObject(const JsonValue& value, const char* className);
 
+// Logs `message` at `level` and returns false when `value` is not an
+// object (for classes whose refusal has its own text).
+XCH_API bool expectObject(const JsonValue& value, int level, const char* message);
+
 // Logs `message` at error level and returns false when `value` is not an
 // array.
 XCH_API bool expectArray(const JsonValue& value, const char* message);
@@ -332,3 +416,49 @@ void writeMembers(JsonValue& value, JsonAllocator& allocator, const T& object) {
 
 } // namespace json
 } // namespace xch
+
+// ---- readObject/writeObject from a members list ------------------------------
+//
+// One line in a class's source file defines both functions from the class's
+// members list, so that every class follows the same rules; the level-6
+// trace line still carries each function's own signature.
+//
+//   XCH_JSON_IO(ExcEntity)
+//       not an object: "ExcEntity object should have a JSON object type."
+//       (level 2), nothing read; writing starts from an empty object
+//   XCH_JSON_IO_DERIVED(ExcPMINote, ExcPMIAnnotation)
+//       the same check with the derived class's name, then the base reads
+//       (writes) its keys first and the class adds its own
+//   XCH_JSON_IO_CHECKED(ExcMiscProperty, checkExpression)
+//       a class whose shape check differs: `checkExpression` sees `value`
+//       and is true when reading may go on (it logs what it refuses)
+#define XCH_JSON_IO_CHECKED(Class, checkExpression)                           \
+    void Class::readObject(const ::xch::JsonValue& value) {                   \
+        VX_TRACE();                                                           \
+        if (!(checkExpression)) return;                                       \
+        ::xch::json::Reader reader_(value);                                   \
+        Class::members(reader_, *this);                                       \
+    }                                                                         \
+    void Class::writeObject(::xch::JsonValue& value,                          \
+                            ::xch::JsonAllocator& allocator) const {          \
+        VX_TRACE();                                                           \
+        ::xch::json::writeMembers(value, allocator, *this);                   \
+    }
+
+#define XCH_JSON_IO(Class) XCH_JSON_IO_CHECKED(Class, ::xch::json::expectObject(value, #Class))
+
+#define XCH_JSON_IO_DERIVED(Class, Base)                                      \
+    void Class::readObject(const ::xch::JsonValue& value) {                   \
+        VX_TRACE();                                                           \
+        if (!::xch::json::expectObject(value, #Class)) return;                \
+        Base::readObject(value);                                              \
+        ::xch::json::Reader reader_(value);                                   \
+        Class::members(reader_, *this);                                       \
+    }                                                                         \
+    void Class::writeObject(::xch::JsonValue& value,                          \
+                            ::xch::JsonAllocator& allocator) const {          \
+        VX_TRACE();                                                           \
+        Base::writeObject(value, allocator);                                  \
+        ::xch::json::Writer writer_(value, allocator);                        \
+        Class::members(writer_, *this);                                       \
+    }
