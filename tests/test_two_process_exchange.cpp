@@ -16,37 +16,16 @@
 #include "support/child_process.h"
 #include "support/hex.h"
 #include "support/json_text.h"
+#include "support/peer_echo.h"
 #include "support/shm_listing.h"
 #include "support/test_types.h"
 
 using namespace xch;
+using xch_test::echo;
+using xch_test::envelopeLine;
+using xch_test::readAnswer;
 
 namespace {
-
-std::string envelopeLine(const std::string& command, const std::shared_ptr<IExchangeObject>& object) {
-    std::wostringstream out;
-    ExchangeObjectWrapper(object).writeObject(out);
-    return command + " " + toUtf8(out.str());
-}
-
-std::shared_ptr<IExchangeObject> readAnswer(xch_test::ChildProcess& peer) {
-    std::string line;
-    EXPECT_TRUE(peer.readLine(line));
-    EXPECT_EQ(line.substr(0, 9), "envelope ") << line;
-    if (line.size() < 9) return nullptr;
-    ExchangeObjectWrapper in;
-    std::wistringstream text(fromUtf8(line.substr(9)));
-    in.readObject(text);
-    return in.get();
-}
-
-template <class T>
-std::shared_ptr<T> echo(xch_test::ChildProcess& peer, const std::shared_ptr<T>& object) {
-    peer.writeLine(envelopeLine("envelope", object));
-    auto answer = std::dynamic_pointer_cast<T>(readAnswer(peer));
-    EXPECT_TRUE(answer) << toUtf8(object->name());
-    return answer ? answer : std::make_shared<T>();
-}
 
 struct TwoProcessTest : ::testing::Test {
     void SetUp() override {
