@@ -25,6 +25,7 @@
 #include <xch_api/xch_api_utf8.h>
 #include <xch_api/xch_api_varnex_info.h>
 
+#include "example_structure.h"
 #include "frames.h"
 
 using namespace xch;
@@ -54,6 +55,9 @@ void report(const std::shared_ptr<IExchangeObject>& object) {
         say(L"block " + std::to_wstring(geometry->blockId()) + L": " +
             (geometry->isLoaded() ? std::to_wstring(geometry->binaryData().size()) + L" bytes of geometry loaded"
                                   : std::wstring(L"geometry could not be loaded")));
+    } else if (auto structure = std::dynamic_pointer_cast<ExcProductStructure>(object)) {
+        structure->load();
+        example::printProductStructure(*structure, say);
     } else if (auto names = std::dynamic_pointer_cast<LegacyComponentInstanceNames>(object)) {
         for (const auto& entry : names->map())
             say(L"instance " + std::to_wstring(static_cast<std::uint64_t>(entry.first)) + L" is " + entry.second);

@@ -3,8 +3,8 @@
 // host started it:
 //   info   -> the translator description, then a Result
 //   ping   -> a Result
-//   import -> messages, progress, the geometry of two blocks in shared
-//             memory, instance names, finished-stage notices, a Result
+//   import -> messages, progress, the product structure and the geometry
+//             of two blocks in shared memory, instance names, finished-stage notices, a Result
 //   export -> a Result with a warning (this worker does not write files)
 // It translates nothing: the block geometry is made-up bytes standing in
 // for the ACIS data of a real import.
@@ -24,6 +24,7 @@
 #include <xch_api/xch_api_utf8.h>
 #include <xch_api/xch_api_varnex_info.h>
 
+#include "example_structure.h"
 #include "frames.h"
 
 using namespace xch;
@@ -70,6 +71,7 @@ void runImport(const ImportOptions& options) {
     for (const auto& set : options.formatOptions())
         send(std::make_shared<ExcLog>(L"format options: " + enumToString(set->operationType()) + L" " +
                                       enumToString(set->formatType())));
+    send(example::makeProductStructure());
     const std::wstring names[] = {L"Bracket", L"Bolt M6\u00d720"};
     auto instances = std::make_shared<LegacyComponentInstanceNames>();
     for (std::uint64_t block = 1; block <= 2; ++block) {
