@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include <xch_api/xch_api_geometry_kernel.h>
 #include <xch_api/xch_api_json_members.h>
 
 namespace xch {
@@ -58,6 +59,14 @@ struct BufferNameKey : Required {
     }
 };
 
+const char* const NoKernel = "no ACIS kernel binding (xch_api_acis) is loaded.";
+
+// A staging buffer of the installed kernel's kind, else a plain byte buffer.
+std::shared_ptr<ExcSharedByteBuffer> makeBuffer(const std::wstring& name, bool owner) {
+    if (const GeometryKernel* kernel = GeometryKernel::installed()) return kernel->makeBuffer(name, owner);
+    return std::make_shared<ExcSharedByteBuffer>(name, owner);
+}
+
 const std::vector<char>& noBytes() {
     static const std::vector<char> empty;
     return empty;
@@ -84,17 +93,45 @@ void ExcBlockGeometry::own(bool own) {
     if (m_buffer) m_buffer->setOwner(own);
 }
 
-bool ExcBlockGeometry::setBinaryData(const char* data, std::size_t size, bool compress) {
-    m_buffer = std::make_shared<ExcSharedByteBuffer>(generateUUID(), m_own);
+template <class Stage>
+bool ExcBlockGeometry::stageAndFlush(bool compress, Stage stage) {
+    m_buffer = makeBuffer(generateUUID(), m_own);
     m_sharedAcisBufferName = m_buffer->name();
-    m_buffer->write(data, size);
+    std::string error;
     try {
-        m_buffer->flush(compress);
+        if (stage(*m_buffer, error)) {
+            m_buffer->flush(compress);
+            return true;
+        }
     } catch (const std::runtime_error& e) {
-        VX_LOG(2, "Failed to write geometry into shared ACIS buffer: " << e.what());
-        return false;
+        error = e.what();
     }
-    return true;
+    VX_LOG(2, "Failed to write geometry into shared ACIS buffer: " << error);
+    return false;
+}
+
+bool ExcBlockGeometry::setBinaryData(const char* data, std::size_t size, bool compress) {
+    return stageAndFlush(compress, [&](ExcSharedByteBuffer& buffer, std::string&) {
+        buffer.write(data, size);
+        return true;
+    });
+}
+
+bool ExcBlockGeometry::setGeometry(const ENTITY_LIST& entities, bool compress) {
+    return stageAndFlush(compress, [&](ExcSharedByteBuffer& buffer, std::string& error) {
+        const GeometryKernel* kernel = GeometryKernel::installed();
+        if (!kernel) error = NoKernel;
+        return kernel && kernel->save(entities, buffer, error);
+    });
+}
+
+bool ExcBlockGeometry::getGeometry(ENTITY_LIST& entities) const {
+    std::string error = "Invalid buffer object.";
+    const GeometryKernel* kernel = GeometryKernel::installed();
+    if (m_buffer && !kernel) error = NoKernel;
+    if (m_buffer && kernel && kernel->restore(*m_buffer, entities, error)) return true;
+    VX_LOG(2, "Failed to get geometry from shared memory buffer: " << error);
+    return false;
 }
 
 const std::vector<char>& ExcBlockGeometry::binaryData() const {
@@ -103,8 +140,7 @@ const std::vector<char>& ExcBlockGeometry::binaryData() const {
 
 void ExcBlockGeometry::load() {
     VX_TRACE();
-    if (!m_buffer)
-        m_buffer = std::make_shared<ExcSharedByteBuffer>(m_sharedAcisBufferName, true);
+    if (!m_buffer) m_buffer = makeBuffer(m_sharedAcisBufferName, true);
     try {
         m_buffer->load();
         m_loaded = true;

@@ -19,8 +19,10 @@
 // outlives the producer's object until a consumer loads and releases it).
 //
 // Producer:  ExcBlockGeometry g; g.setBlockId(id); g.setBinaryData(sab, n, true);
+//            (or, with the ACIS binding loaded, g.setGeometry(entities, true));
 //            write g (ExchangeObjectWrapper), keep g until the host has loaded.
-// Consumer:  read the object; g->load(); if (g->isLoaded()) use g->binaryData().
+// Consumer:  read the object; g->load(); if (g->isLoaded()) use g->binaryData()
+//            (or g->getGeometry(entities)).
 #pragma once
 
 #include <cstddef>
@@ -32,6 +34,8 @@
 #include <xch_api/xch_api_exchange_object.h>
 #include <xch_api/xch_api_export.h>
 #include <xch_api/xch_api_shared_byte_buffer.h>
+
+class ENTITY_LIST; // the ACIS kernel's entity list (see xch_api_geometry_kernel.h)
 
 namespace xch {
 
@@ -67,6 +71,21 @@ public:
     // created.
     bool setBinaryData(const char* data, std::size_t size, bool compress);
 
+    // Saves `entities` through the ACIS binding (xch_api_acis, see
+    // xch_api_geometry_kernel.h) into a new buffer named by a fresh UUID,
+    // then into shared memory as setBinaryData does. Returns false, after
+    // logging "Failed to write geometry into shared ACIS buffer: <reason>"
+    // (the kernel's message), when saving or writing fails or no binding
+    // is loaded.
+    bool setGeometry(const ENTITY_LIST& entities, bool compress);
+
+    // Restores the entities of the buffer (after load() on the consumer)
+    // and appends them to `entities`. Returns false, after logging "Failed
+    // to get geometry from shared memory buffer: <reason>", when there is
+    // no buffer ("Invalid buffer object."), the kernel cannot restore the
+    // data or no binding is loaded; `entities` is then unchanged.
+    bool getGeometry(ENTITY_LIST& entities) const;
+
     // The staged bytes: after load() the bytes from shared memory, after
     // setBinaryData the bytes given (uncompressed). Empty without a buffer.
     const std::vector<char>& binaryData() const;
@@ -94,6 +113,11 @@ public:
     static void members(Io& io, Self& self);
 
 private:
+    // Replaces the buffer by a new one named by a fresh UUID, lets `stage`
+    // fill its stream, then flushes it into shared memory.
+    template <class Stage>
+    bool stageAndFlush(bool compress, Stage stage);
+
     std::wstring m_sharedAcisBufferName;
     std::uint64_t m_blockId = 0;
     bool m_own = true;
