@@ -96,31 +96,12 @@ void ExcMatrix3d::writeObject(JsonValue& value, JsonAllocator& allocator) const 
 
 // ---- transformation -----------------------------------------------------------------
 
-namespace {
-
-// A matrix or vector member taken only when it is a JSON array; anything
-// else leaves the field as it is, without a message.
-struct ArrayOnly {
-    template <class T>
-    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
-        x.writeObject(v, a);
-        return true;
-    }
-    template <class T>
-    void read(const JsonValue& v, T& x) const {
-        if (v.IsArray()) x.readObject(v);
-    }
-};
-constexpr ArrayOnly arrayOnly{};
-
-} // namespace
-
 ExcTransformation::~ExcTransformation() = default;
 
 template <class Io, class Self>
 void ExcTransformation::members(Io& io, Self& self) {
-    io(L"affine", self.m_affine, arrayOnly);
-    io(L"translation", self.m_translation, arrayOnly);
+    io(L"affine", self.m_affine, json::whenArray);
+    io(L"translation", self.m_translation, json::whenArray);
 }
 
 void ExcTransformation::readObject(const JsonValue& value) {

@@ -268,9 +268,10 @@ struct ObjectsOnly {
 constexpr ObjectsOnly objectsOnly{};
 
 // A nested object held by pointer, read into a NEW object only when the
-// member is a JSON object (anything else leaves the pointer as it is); an
-// empty pointer is written as JSON null.
-struct NewObject {
+// member is of the JSON kind `Kind` (an object unless stated; anything else
+// leaves the pointer as it is); an empty pointer is written as JSON null.
+template <rapidjson::Type Kind = rapidjson::kObjectType>
+struct NewOfKind {
     template <class T>
     bool write(JsonValue& v, JsonAllocator& a, const std::shared_ptr<T>& x) const {
         Codec<std::shared_ptr<T>>::write(v, a, x);
@@ -278,12 +279,13 @@ struct NewObject {
     }
     template <class T>
     void read(const JsonValue& v, std::shared_ptr<T>& x) const {
-        if (!v.IsObject()) return;
+        if (v.GetType() != Kind) return;
         auto object = std::make_shared<T>();
         object->readObject(v);
         x = std::move(object);
     }
 };
+using NewObject = NewOfKind<>;
 constexpr NewObject newObject{};
 
 // The key is written only when `when` holds; it is read whenever present.
@@ -313,6 +315,55 @@ constexpr Plain plain{};
 
 template <class Rule = Plain>
 WrittenIf<Rule> writtenIf(bool when, Rule rule = Rule{}) { return {when, rule}; }
+
+// ---- rules of the mechanical data ----------------------------------------------
+//
+// Nested values of the mechanical model are taken only when the member has
+// the JSON kind their class writes; anything else leaves the field as it
+// is, silently (no "should have a JSON ... type." line for a mistyped key).
+
+// A nested object of the array form whose pointer is made anew when the
+// member is a JSON array (e.g. a list class written as a bare array).
+constexpr NewOfKind<rapidjson::kArrayType> newArray{};
+
+// A nested value held by value (vector, entity, colour, ...), read only when
+// the member is of the JSON kind `Kind`.
+template <rapidjson::Type Kind>
+struct ValueOfKind {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
+        x.writeObject(v, a);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, T& x) const {
+        if (v.GetType() == Kind) x.readObject(v);
+    }
+};
+// Vectors, points and matrices (array forms).
+constexpr ValueOfKind<rapidjson::kArrayType> whenArray{};
+// Entities, colours, transformations and other object forms.
+constexpr ValueOfKind<rapidjson::kObjectType> whenObject{};
+
+// A list of values of an array form (points, directions) whose non-array
+// elements are skipped on reading; reading appends.
+struct ArraysOnly {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const std::vector<T>& x) const {
+        Codec<std::vector<T>>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, std::vector<T>& x) const {
+        if (!v.IsArray()) return;
+        for (const JsonValue& item : v.GetArray()) {
+            if (!item.IsArray()) continue;
+            x.emplace_back();
+            x.back().readObject(item);
+        }
+    }
+};
+constexpr ArraysOnly arraysOnly{};
 
 // ---- the two visitors ----------------------------------------------------
 
@@ -447,18 +498,61 @@ void writeMembers(JsonValue& value, JsonAllocator& allocator, const T& object) {
 
 #define XCH_JSON_IO(Class) XCH_JSON_IO_CHECKED(Class, ::xch::json::expectObject(value, #Class))
 
-#define XCH_JSON_IO_DERIVED(Class, Base)                                      \
-    void Class::readObject(const ::xch::JsonValue& value) {                   \
+#define XCH_JSON_IO_DERIVED(Class, Base) XCH_JSON_IO_DERIVED_AS(, Class, Base, #Class)
+
+//   XCH_JSON_IO_DERIVED_AS(template <class T>, ExcMfgFeatureHoleType<T>,
+//                          ExcMfgFeatureHole, "ExcMfgFeatureHoleType")
+//       XCH_JSON_IO_DERIVED for a class template (the prefix goes before
+//       each definition) or a class whose logged name differs
+#define XCH_JSON_IO_DERIVED_AS(Prefix, Class, Base, name)                      \
+    Prefix void Class::readObject(const ::xch::JsonValue& value) {            \
         VX_TRACE();                                                           \
-        if (!::xch::json::expectObject(value, #Class)) return;                \
+        if (!::xch::json::expectObject(value, name)) return;                  \
         Base::readObject(value);                                              \
         ::xch::json::Reader reader_(value);                                   \
         Class::members(reader_, *this);                                       \
     }                                                                         \
-    void Class::writeObject(::xch::JsonValue& value,                          \
-                            ::xch::JsonAllocator& allocator) const {          \
+    Prefix void Class::writeObject(::xch::JsonValue& value,                   \
+                                   ::xch::JsonAllocator& allocator) const {   \
         VX_TRACE();                                                           \
         Base::writeObject(value, allocator);                                  \
         ::xch::json::Writer writer_(value, allocator);                        \
         Class::members(writer_, *this);                                       \
     }
+
+//   XCH_JSON_IO_ARRAY(ExcEntityData, m_data, ::xch::json::objectsOnly)
+//       a class whose JSON form is a bare array held in one field: a value
+//       that is not an array logs "ExcEntityData object should have a JSON
+//       array type." (level 2) and changes nothing; otherwise `rule` reads
+//       the field from (writes it as) the value itself
+#define XCH_JSON_IO_ARRAY(Class, field, rule)                                 \
+    void Class::readObject(const ::xch::JsonValue& value) {                   \
+        VX_TRACE();                                                           \
+        if (!::xch::json::expectArray(value, #Class " object should have a JSON array type.")) \
+            return;                                                           \
+        (rule).read(value, field);                                            \
+    }                                                                         \
+    void Class::writeObject(::xch::JsonValue& value,                          \
+                            ::xch::JsonAllocator& allocator) const {          \
+        VX_TRACE();                                                           \
+        (rule).write(value, allocator, field);                                \
+    }
+
+namespace xch {
+namespace json {
+
+// The adders of the model lists: appends `element` unless it is null; a
+// null one is not appended and `nullMessage` is logged at warning level.
+template <class T, class U>
+bool appendNonNull(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<U>& element,
+                   const char* nullMessage) {
+    if (!element) {
+        VX_LOG(vx_link::LevelWarning, nullMessage);
+        return false;
+    }
+    list.push_back(element);
+    return true;
+}
+
+} // namespace json
+} // namespace xch
