@@ -9,25 +9,6 @@
 
 namespace xch {
 
-namespace {
-
-// A nested value object read only from a JSON object: anything else (an
-// unset colour travels as null) leaves it as it is, without a message.
-struct IfObject {
-    template <class T>
-    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
-        x.writeObject(v, a);
-        return true;
-    }
-    template <class T>
-    void read(const JsonValue& v, T& x) const {
-        if (v.IsObject()) x.readObject(v);
-    }
-};
-constexpr IfObject ifObject{};
-
-} // namespace
-
 // ---- ExcBlockReference ----------------------------------------------------------
 
 ExcBlockReference::ExcBlockReference() = default;
@@ -48,7 +29,7 @@ void ExcBlockReference::members(Io& io, Self& self) {
     io(L"suppressed", self.m_suppressed);
     io(L"configuration_name", self.m_configurationName);
     io(L"transformation", self.m_transformation);
-    io(L"color", self.m_color, ifObject);
+    io(L"color", self.m_color, json::whenObject);
     io(L"misc_data", self.m_miscData);
 }
 
