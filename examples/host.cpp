@@ -25,6 +25,7 @@
 #include <xch_api/xch_api_utf8.h>
 #include <xch_api/xch_api_varnex_info.h>
 
+#include "example_mechanical.h"
 #include "example_structure.h"
 #include "frames.h"
 
@@ -58,6 +59,12 @@ void report(const std::shared_ptr<IExchangeObject>& object) {
     } else if (auto structure = std::dynamic_pointer_cast<ExcProductStructure>(object)) {
         structure->load();
         example::printProductStructure(*structure, say);
+    } else if (auto mechanical = std::dynamic_pointer_cast<ExcBlockMechanicalData>(object)) {
+        mechanical->load();
+        example::printBlockMechanicalData(*mechanical, say);
+    } else if (auto root = std::dynamic_pointer_cast<ExcRootMechanicalData>(object)) {
+        root->load();
+        example::printRootMechanicalData(*root, say);
     } else if (auto names = std::dynamic_pointer_cast<LegacyComponentInstanceNames>(object)) {
         for (const auto& entry : names->map())
             say(L"instance " + std::to_wstring(static_cast<std::uint64_t>(entry.first)) + L" is " + entry.second);

@@ -24,6 +24,7 @@
 #include <xch_api/xch_api_utf8.h>
 #include <xch_api/xch_api_varnex_info.h>
 
+#include "example_mechanical.h"
 #include "example_structure.h"
 #include "frames.h"
 
@@ -85,9 +86,11 @@ void runImport(const ImportOptions& options) {
         geometry->setBinaryData(sab.data(), sab.size(), true);
         g_geometry.push_back(geometry);
         send(geometry);
+        send(example::makeBlockMechanicalData(block));
         instances->addInstanceName(OdDbHandle(0x1A0 + block), names[block - 1]);
     }
     send(instances);
+    send(example::makeRootMechanicalData());
     send(std::make_shared<ExcStageFinished>(ExcStageFinished::ProductStructure));
     send(std::make_shared<ExcProgress>(100, 100, false, L"done"));
     send(std::make_shared<ExcStageFinished>(ExcStageFinished::VisuAndMech));
