@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <xch_api/xch_api_exchange_mechanical.h>
 
 #include "support/json_text.h"
@@ -95,7 +97,43 @@ std::shared_ptr<ExcBlockMechanicalData> largeBlock(int features) {
     return block;
 }
 
+// Replaces each value of the tree under `node` in turn by each of
+// `replacements` and calls `check` on the whole document.
+void forEachMutation(JsonValue& node, JsonDocument& doc, const std::function<void()>& check) {
+    const wchar_t* replacements[] = {L"null", L"-1", L"2.5", L"\"x\"", L"[]", L"{}", L"[[1,2]]", L"true"};
+    for (const wchar_t* text : replacements) {
+        JsonDocument replacement;
+        replacement.Parse(text);
+        JsonValue value(replacement, doc.GetAllocator());
+        node.Swap(value);
+        check();
+        node.Swap(value);
+    }
+    if (node.IsObject())
+        for (auto& member : node.GetObject()) forEachMutation(member.value, doc, check);
+    else if (node.IsArray())
+        for (auto& item : node.GetArray()) forEachMutation(item, doc, check);
+}
+
 } // namespace
+
+TEST(MechanicalData, ReadingAnyMutationOfABlockNeverThrows) {
+    auto block = largeBlock(4);
+    JsonDocument doc;
+    block->writeObject(doc, doc.GetAllocator());
+    int reads = 0;
+    LogCapture quiet(1);
+    forEachMutation(doc, doc, [&] {
+        ExcBlockMechanicalData read;
+        EXPECT_NO_THROW(read.readObject(doc));
+        // What was read writes and reads back to the same text.
+        ExcBlockMechanicalData again;
+        readFromJsonText(again, toJsonText(read));
+        EXPECT_EQ(toJsonText(again), toJsonText(read));
+        ++reads;
+    });
+    EXPECT_GT(reads, 2000);
+}
 
 TEST(MechanicalData, MappingPairsSkipItemsThatAreNotObjects) {
     ExcMappingData mapping;
