@@ -1,7 +1,10 @@
 // Visualization data: the display form of a translated model.
 //
-// Saved presentation states are made of a camera and a clipping plane
-// (xch_api_visu_camera.h).
+//   xch_api_visu_tessellation.h  faces, edges, marker points and the meshes,
+//                                wires and point sets that group them
+//   xch_api_visu_camera.h        the camera and the clipping plane of a
+//                                saved presentation state
 #pragma once
 
 #include <xch_api/xch_api_visu_camera.h>
+#include <xch_api/xch_api_visu_tessellation.h>

@@ -32,6 +32,8 @@
 // leaves the field as it is.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <set>
@@ -364,6 +366,101 @@ struct ArraysOnly {
     }
 };
 constexpr ArraysOnly arraysOnly{};
+
+// ---- rules of the display model (numbers, fixed arrays, optional members) --
+
+// An enumeration that travels as its number: written as a JSON integer,
+// read from any int32 (a number outside the enumerators is kept as it is).
+struct AsNumber {
+    template <class E>
+    bool write(JsonValue& v, JsonAllocator&, E x) const {
+        static_assert(std::is_enum_v<E>, "json::asNumber is for enumerations");
+        v.SetInt(static_cast<std::int32_t>(x));
+        return true;
+    }
+    template <class E>
+    void read(const JsonValue& v, E& x) const {
+        if (v.IsInt()) x = static_cast<E>(v.GetInt());
+    }
+};
+constexpr AsNumber asNumber{};
+
+// N doubles as a JSON array of N doubles; read by position from any JSON
+// number (integers included). Elements that are not numbers keep their
+// value; elements beyond N are ignored; a non-array changes nothing.
+struct Numbers {
+    template <std::size_t N>
+    bool write(JsonValue& v, JsonAllocator& a, const std::array<double, N>& x) const {
+        v.SetArray();
+        v.Reserve(static_cast<rapidjson::SizeType>(N), a);
+        for (double d : x)
+            v.PushBack(JsonValue(d), a);
+        return true;
+    }
+    template <std::size_t N>
+    void read(const JsonValue& v, std::array<double, N>& x) const {
+        if (!v.IsArray()) return;
+        for (rapidjson::SizeType i = 0; i < N && i < v.Size(); ++i)
+            if (v[i].IsNumber()) x[i] = v[i].GetDouble();
+    }
+};
+constexpr Numbers numbers{};
+
+// N values of one type as a JSON array, each with its type's codec; read
+// by position, an element its codec refuses keeping its value.
+struct FixedArray {
+    template <class T, std::size_t N>
+    bool write(JsonValue& v, JsonAllocator& a, const std::array<T, N>& x) const {
+        v.SetArray();
+        v.Reserve(static_cast<rapidjson::SizeType>(N), a);
+        for (const T& element : x) {
+            JsonValue item;
+            Codec<T>::write(item, a, element);
+            v.PushBack(item, a);
+        }
+        return true;
+    }
+    template <class T, std::size_t N>
+    void read(const JsonValue& v, std::array<T, N>& x) const {
+        if (!v.IsArray()) return;
+        for (rapidjson::SizeType i = 0; i < N && i < v.Size(); ++i)
+            Codec<T>::read(v[i], x[i]);
+    }
+};
+constexpr FixedArray fixedArray{};
+
+// `rule`, except that the key is written only when the field is set
+// (isUnset above): e.g. optionalWith(newObject) for a nested object held
+// by pointer, optionalWith(objectsOnly) for a list written only when not
+// empty.
+template <class Rule>
+struct OptionalWith {
+    Rule rule;
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
+        return !isUnset(x) && rule.write(v, a, x);
+    }
+    template <class T>
+    void read(const JsonValue& v, T& x) const { rule.read(v, x); }
+};
+template <class Rule>
+OptionalWith<Rule> optionalWith(Rule rule) { return {rule}; }
+
+// A nested object whose "nothing set" form is JSON null (an unset colour,
+// an empty clipping plane): null is read as "no change", quietly; any
+// other value goes to the object's own reader (which logs what it refuses).
+struct NullAsUnset {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const {
+        x.writeObject(v, a);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, T& x) const {
+        if (!v.IsNull()) x.readObject(v);
+    }
+};
+constexpr NullAsUnset nullAsUnset{};
 
 // ---- the two visitors ----------------------------------------------------
 
