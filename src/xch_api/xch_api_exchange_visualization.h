@@ -2,9 +2,13 @@
 //
 //   xch_api_visu_tessellation.h  faces, edges, marker points and the meshes,
 //                                wires and point sets that group them
+//   xch_api_visu_appearance.h    fonts, line attributes, textures,
+//                                materials, node attributes, 3D texts and
+//                                the display form of PMI
 //   xch_api_visu_camera.h        the camera and the clipping plane of a
 //                                saved presentation state
 #pragma once
 
+#include <xch_api/xch_api_visu_appearance.h>
 #include <xch_api/xch_api_visu_camera.h>
 #include <xch_api/xch_api_visu_tessellation.h>

@@ -462,6 +462,18 @@ struct NullAsUnset {
 };
 constexpr NullAsUnset nullAsUnset{};
 
+// A one-way key: read with `rule`, never written.
+template <class Rule>
+struct ReadOnly {
+    Rule rule;
+    template <class T>
+    bool write(JsonValue&, JsonAllocator&, const T&) const { return false; }
+    template <class T>
+    void read(const JsonValue& v, T& x) const { rule.read(v, x); }
+};
+template <class Rule>
+ReadOnly<Rule> readOnly(Rule rule) { return {rule}; }
+
 // ---- the two visitors ----------------------------------------------------
 
 // Reads the members of one JSON object into fields.
