@@ -7,8 +7,13 @@
 //                                the display form of PMI
 //   xch_api_visu_camera.h        the camera and the clipping plane of a
 //                                saved presentation state
+//   xch_api_visu_scene.h         the scene tree, saved views and captures,
+//                                and the registered top-level objects
+//                                ExcBlockVisualization and
+//                                ExcRootAssemblyVisualization
 #pragma once
 
 #include <xch_api/xch_api_visu_appearance.h>
 #include <xch_api/xch_api_visu_camera.h>
+#include <xch_api/xch_api_visu_scene.h>
 #include <xch_api/xch_api_visu_tessellation.h>
