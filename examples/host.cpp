@@ -27,6 +27,7 @@
 
 #include "example_mechanical.h"
 #include "example_structure.h"
+#include "example_visualization.h"
 #include "frames.h"
 
 using namespace xch;
@@ -65,6 +66,13 @@ void report(const std::shared_ptr<IExchangeObject>& object) {
     } else if (auto root = std::dynamic_pointer_cast<ExcRootMechanicalData>(object)) {
         root->load();
         example::printRootMechanicalData(*root, say);
+    } else if (auto block = std::dynamic_pointer_cast<ExcBlockVisualization>(object)) {
+        block->load();
+        say(L"block " + std::to_wstring(block->blockId()) + L" display: " +
+            example::summarizeVisualization(block->visualizationData()));
+    } else if (auto assembly = std::dynamic_pointer_cast<ExcRootAssemblyVisualization>(object)) {
+        assembly->load();
+        say(L"assembly display: " + example::summarizeVisualization(assembly->visualizationData()));
     } else if (auto names = std::dynamic_pointer_cast<LegacyComponentInstanceNames>(object)) {
         for (const auto& entry : names->map())
             say(L"instance " + std::to_wstring(static_cast<std::uint64_t>(entry.first)) + L" is " + entry.second);

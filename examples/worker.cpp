@@ -26,6 +26,7 @@
 
 #include "example_mechanical.h"
 #include "example_structure.h"
+#include "example_visualization.h"
 #include "frames.h"
 
 using namespace xch;
@@ -87,10 +88,12 @@ void runImport(const ImportOptions& options) {
         g_geometry.push_back(geometry);
         send(geometry);
         send(example::makeBlockMechanicalData(block));
+        send(example::makeBlockVisualization(block, block == 1 ? 100.0f : 6.0f, block == 1 ? 40.0f : 6.0f, 20.0f));
         instances->addInstanceName(OdDbHandle(0x1A0 + block), names[block - 1]);
     }
     send(instances);
     send(example::makeRootMechanicalData());
+    send(example::makeRootVisualization());
     send(std::make_shared<ExcStageFinished>(ExcStageFinished::ProductStructure));
     send(std::make_shared<ExcProgress>(100, 100, false, L"done"));
     send(std::make_shared<ExcStageFinished>(ExcStageFinished::VisuAndMech));
