@@ -243,8 +243,11 @@ struct AnyNumber {
         v.SetDouble(x);
         return true;
     }
-    void read(const JsonValue& v, double& x) const {
-        if (v.IsNumber()) x = v.GetDouble();
+    // Whether the member was taken.
+    bool read(const JsonValue& v, double& x) const {
+        if (!v.IsNumber()) return false;
+        x = v.GetDouble();
+        return true;
     }
 };
 constexpr AnyNumber anyNumber{};
@@ -264,6 +267,21 @@ struct ObjectsOnly {
             auto element = std::make_shared<T>();
             element->readObject(item);
             x.push_back(std::move(element));
+        }
+    }
+    // The same for a list of nested objects held by value.
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const std::vector<T>& x) const {
+        Codec<std::vector<T>>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, std::vector<T>& x) const {
+        if (!v.IsArray()) return;
+        for (const JsonValue& item : v.GetArray()) {
+            if (!item.IsObject()) continue;
+            x.emplace_back();
+            x.back().readObject(item);
         }
     }
 };
@@ -310,8 +328,9 @@ struct Plain {
         Codec<T>::write(v, a, x);
         return true;
     }
+    // Whether the member was taken.
     template <class T>
-    void read(const JsonValue& v, T& x) const { Codec<T>::read(v, x); }
+    bool read(const JsonValue& v, T& x) const { return Codec<T>::read(v, x); }
 };
 constexpr Plain plain{};
 
@@ -474,6 +493,109 @@ struct ReadOnly {
 template <class Rule>
 ReadOnly<Rule> readOnly(Rule rule) { return {rule}; }
 
+// ---- rules of the PMI model ------------------------------------------------
+
+// N doubles as a JSON array, read strictly in order from the first element:
+// reading stops at the first element that is not a JSON double (an integer
+// literal stops it too) or at the end of the array, and components not
+// reached keep their values; elements beyond N are ignored. A non-array
+// changes nothing. (E.g. the RGBA colour of a PMI text.)
+struct LeadingDoubles {
+    template <std::size_t N>
+    bool write(JsonValue& v, JsonAllocator& a, const std::array<double, N>& x) const {
+        return Numbers{}.write(v, a, x);
+    }
+    template <std::size_t N>
+    void read(const JsonValue& v, std::array<double, N>& x) const {
+        if (!v.IsArray()) return;
+        for (rapidjson::SizeType i = 0; i < N && i < v.Size(); ++i) {
+            if (!v[i].IsDouble()) return;
+            x[i] = v[i].GetDouble();
+        }
+    }
+};
+constexpr LeadingDoubles leadingDoubles{};
+
+// N values held in a std::array, written as a JSON array of N elements
+// (each with `rule`) and read by position with `rule` (an element the rule
+// refuses keeps its value). With a size message, an array whose size is
+// not exactly N logs the message at warning level and changes nothing;
+// without one, extra elements are ignored and missing ones keep their
+// values. A non-array changes nothing, silently.
+template <class Rule>
+struct Positional {
+    Rule rule;
+    const char* sizeMessage;
+    template <class T, std::size_t N>
+    bool write(JsonValue& v, JsonAllocator& a, const std::array<T, N>& x) const {
+        v.SetArray();
+        v.Reserve(static_cast<rapidjson::SizeType>(N), a);
+        for (const T& element : x) {
+            JsonValue item;
+            if (!rule.write(item, a, element)) item.SetNull();
+            v.PushBack(item, a);
+        }
+        return true;
+    }
+    template <class T, std::size_t N>
+    void read(const JsonValue& v, std::array<T, N>& x) const {
+        if (!v.IsArray()) return;
+        if (sizeMessage && v.Size() != N) {
+            VX_LOG(vx_link::LevelWarning, sizeMessage);
+            return;
+        }
+        for (rapidjson::SizeType i = 0; i < N && i < v.Size(); ++i)
+            rule.read(v[i], x[i]);
+    }
+};
+template <class Rule = Plain>
+Positional<Rule> positional(Rule rule = Rule{}) { return {rule, nullptr}; }
+template <class Rule = Plain>
+Positional<Rule> exactSize(const char* sizeMessage, Rule rule = Rule{}) { return {rule, sizeMessage}; }
+
+// A field that comes with a flag saying whether it was given: written with
+// `rule` always; reading sets the flag to whether `rule` took the member,
+// and a missing key clears it (see Reader: rules may handle absence).
+template <class Rule, class Flag>
+struct SetsFlag {
+    Flag& flag;
+    Rule rule;
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const T& x) const { return rule.write(v, a, x); }
+    template <class T>
+    void read(const JsonValue& v, T& x) const { flag = rule.read(v, x); }
+    template <class T>
+    void absent(T&) const { flag = false; }
+};
+template <class Rule = Plain, class Flag>
+SetsFlag<Rule, Flag> setsFlag(Flag& flag, Rule rule = Rule{}) { return {flag, rule}; }
+
+// A list of nested objects held by shared_ptr whose elements, on reading,
+// are handed to `add` (the owner's adder, so that the owner sees each one,
+// e.g. to index it) instead of being appended directly: each object
+// element gives a new object, read from it; other elements are skipped.
+// Written like objectsOnly.
+template <class Add>
+struct ObjectsAddedBy {
+    Add add;
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const std::vector<std::shared_ptr<T>>& x) const {
+        return ObjectsOnly{}.write(v, a, x);
+    }
+    template <class T>
+    void read(const JsonValue& v, std::vector<std::shared_ptr<T>>&) const {
+        if (!v.IsArray()) return;
+        for (const JsonValue& item : v.GetArray()) {
+            if (!item.IsObject()) continue;
+            auto element = std::make_shared<T>();
+            element->readObject(item);
+            add(element);
+        }
+    }
+};
+template <class Add>
+ObjectsAddedBy<Add> objectsAddedBy(Add add) { return {add}; }
+
 // ---- the two visitors ----------------------------------------------------
 
 // Reads the members of one JSON object into fields.
@@ -498,13 +620,24 @@ public:
             Codec<T>::read(*member, field);
     }
 
+    // A rule with an `absent(field)` member is told when the key is
+    // missing (json::setsFlag clears its flag then).
     template <class T, class Rule>
     void operator()(const wchar_t* key, T& field, const Rule& rule) {
         if (const JsonValue* member = find(key))
             rule.read(*member, field);
+        else
+            whenAbsent(rule, field, 0);
     }
 
 private:
+    template <class Rule, class T>
+    static auto whenAbsent(const Rule& rule, T& field, int) -> decltype(rule.absent(field), void()) {
+        rule.absent(field);
+    }
+    template <class Rule, class T>
+    static void whenAbsent(const Rule&, T&, long) {}
+
     const JsonValue& m_object;
 };
 
