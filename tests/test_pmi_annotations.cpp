@@ -4,6 +4,7 @@
 
 #include <xch_api/xch_api_exchange_pmi.h>
 
+#include "support/enum_table_check.h"
 #include "support/json_text.h"
 #include "support/log_capture.h"
 
@@ -23,17 +24,6 @@ const std::wstring kDefaultText = L"{\"label\":\"\",\"font_name\":\"\",\"font_ty
                                   L"\"height\":0.0,\"bold\":false,\"italic\":false,\"underline\":false,"
                                   L"\"strike_through\":false,\"overline\":false,\"ratio\":0.0,\"slant\":0.0,"
                                   L"\"color\":[1.0,1.0,1.0,1.0]}";
-
-// Every (value, string) pair of E's table, in value order, must be exactly
-// `strings` (value i has strings[i]), and each string reads back to its value.
-template <class E>
-void expectTable(const std::vector<std::wstring>& strings) {
-    ASSERT_EQ(enumTable<E>().entries().size(), strings.size());
-    for (std::size_t i = 0; i < strings.size(); ++i) {
-        EXPECT_EQ(enumToString(static_cast<E>(i)), strings[i]);
-        EXPECT_EQ(enumFromString<E>(strings[i]), static_cast<E>(i)) << strings[i];
-    }
-}
 
 } // namespace
 
@@ -137,13 +127,13 @@ TEST(PMIAnnotations, DatumAndDatumTargetKeys) {
 }
 
 TEST(PMIAnnotations, EnumerationTablesAndFallBacks) {
-    expectTable<EPMIAnnotationType>({L"unknown", L"datum", L"datum_target", L"note", L"flag_note", L"NOA",
+    expectEnumTable<EPMIAnnotationType>({L"unknown", L"datum", L"datum_target", L"note", L"flag_note", L"NOA",
                                      L"roughness", L"GDT", L"dimension"});
-    expectTable<ExcPMIAnnotation::EOrientation>(
+    expectEnumTable<ExcPMIAnnotation::EOrientation>(
         {L"horizontal", L"vertical", L"parallel", L"perpendicular", L"dim_angle"});
-    expectTable<ExcPMINote::Text::EFontType>({L"simplex", L"din", L"military", L"ISO", L"light_line", L"century",
+    expectEnumTable<ExcPMINote::Text::EFontType>({L"simplex", L"din", L"military", L"ISO", L"light_line", L"century",
                                               L"IGES_1001", L"IGES_1002", L"IGES_1003"});
-    expectTable<ExcPMIDatumTarget::ETargetType>({L"unknown", L"point", L"line", L"area_circular", L"area_rectangular",
+    expectEnumTable<ExcPMIDatumTarget::ETargetType>({L"unknown", L"point", L"line", L"area_circular", L"area_rectangular",
                                                  L"area_face", L"feature", L"user_defined"});
 
     // Unknown strings read as the value of the smallest string (upper case

@@ -7,3 +7,6 @@
 #include <xch_api/xch_api_pmi_annotation.h>
 #include <xch_api/xch_api_pmi_datum.h>
 #include <xch_api/xch_api_pmi_note.h>
+#include <xch_api/xch_api_pmi_dimension.h>
+#include <xch_api/xch_api_pmi_gdt.h>
+#include <xch_api/xch_api_pmi_roughness.h>
