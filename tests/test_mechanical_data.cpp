@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include <xch_api/xch_api_exchange_mechanical.h>
 
+#include "support/json_mutation.h"
 #include "support/json_text.h"
 #include "support/log_capture.h"
 #include "support/peer_echo.h"
+#include "support/pmi_sample.h"
 
 using namespace xch;
 using namespace xch_test;
@@ -95,24 +95,6 @@ std::shared_ptr<ExcBlockMechanicalData> largeBlock(int features) {
     misc->addLayer(std::make_shared<ExcMiscLayer>(L"L1", L"Holes"));
     block->setMiscData(misc);
     return block;
-}
-
-// Replaces each value of the tree under `node` in turn by each of
-// `replacements` and calls `check` on the whole document.
-void forEachMutation(JsonValue& node, JsonDocument& doc, const std::function<void()>& check) {
-    const wchar_t* replacements[] = {L"null", L"-1", L"2.5", L"\"x\"", L"[]", L"{}", L"[[1,2]]", L"true"};
-    for (const wchar_t* text : replacements) {
-        JsonDocument replacement;
-        replacement.Parse(text);
-        JsonValue value(replacement, doc.GetAllocator());
-        node.Swap(value);
-        check();
-        node.Swap(value);
-    }
-    if (node.IsObject())
-        for (auto& member : node.GetObject()) forEachMutation(member.value, doc, check);
-    else if (node.IsArray())
-        for (auto& item : node.GetArray()) forEachMutation(item, doc, check);
 }
 
 } // namespace
@@ -218,18 +200,23 @@ TEST(MechanicalData, RootsAreRegisteredBinaryObjectsWhoseClonesShareTheirData) {
 
     ExcRootMechanicalData root;
     root.setLogFile(L"root.log");
-    EXPECT_EQ(toJsonText(root), L"{\"log_file\":\"root.log\"}");
+    EXPECT_EQ(toJsonText(root), L"{\"pmi_data\":null,\"log_file\":\"root.log\"}");
+    auto rootPMI = samplePMIData(2);
+    root.setPMIData(rootPMI);
+    EXPECT_EQ(toJsonText(root), L"{\"pmi_data\":" + toJsonText(*rootPMI) + L",\"log_file\":\"root.log\"}");
+    EXPECT_EQ(std::dynamic_pointer_cast<ExcRootMechanicalData>(root.clone())->pmiData(), rootPMI);
 
     ExcBlockMechanicalData block(42);
-    EXPECT_EQ(toJsonText(block), L"{\"block_id\":42,\"log_file\":\"\",\"misc_data\":null,\"mapping_data\":null,"
+    EXPECT_EQ(toJsonText(block), L"{\"block_id\":42,\"log_file\":\"\",\"pmi_data\":null,\"misc_data\":null,\"mapping_data\":null,"
                                  L"\"mfg_data\":null,\"entity_data\":null}");
     auto mfg = std::make_shared<ExcMfgData>();
     block.setManufacturingData(mfg);
     block.setMiscData(std::make_shared<ExcMechanicalMiscData>());
     block.setMappingData(std::make_shared<ExcMappingData>());
     block.setEntityData(std::make_shared<ExcEntityData>());
+    block.setPMIData(std::make_shared<ExcPMIData>());
     EXPECT_EQ(toJsonText(block),
-              L"{\"block_id\":42,\"log_file\":\"\",\"misc_data\":" + toJsonText(ExcMechanicalMiscData()) +
+              L"{\"block_id\":42,\"log_file\":\"\",\"pmi_data\":[],\"misc_data\":" + toJsonText(ExcMechanicalMiscData()) +
                   L",\"mapping_data\":[],\"mfg_data\":" + toJsonText(ExcMfgData()) + L",\"entity_data\":[]}");
 
     auto clone = std::dynamic_pointer_cast<ExcBlockMechanicalData>(block.clone());
@@ -238,30 +225,37 @@ TEST(MechanicalData, RootsAreRegisteredBinaryObjectsWhoseClonesShareTheirData) {
     EXPECT_EQ(clone->miscData(), block.miscData());
     EXPECT_EQ(clone->mappingData(), block.mappingData());
     EXPECT_EQ(clone->entityData(), block.entityData());
+    EXPECT_EQ(clone->pmiData(), block.pmiData());
     EXPECT_EQ(clone->blockId(), 42u);
 
     // Members of the wrong kind, and absent ones, leave the pointers as they are.
     LogCapture log(3);
     ExcBlockMechanicalData read;
     readFromJsonText(read, L"{\"block_id\":-1,\"misc_data\":[],\"mapping_data\":{},\"entity_data\":{},"
-                           L"\"mfg_data\":null,\"log_file\":7}");
+                           L"\"mfg_data\":null,\"log_file\":7,\"pmi_data\":{}}");
     EXPECT_EQ(toJsonText(read), toJsonText(ExcBlockMechanicalData()));
-    readFromJsonText(read, L"{\"block_id\":18446744073709551615,\"misc_data\":{},\"entity_data\":[]}");
+    readFromJsonText(read, L"{\"block_id\":18446744073709551615,\"misc_data\":{},\"entity_data\":[],"
+                           L"\"pmi_data\":[{\"block_id\":7}]}");
     EXPECT_EQ(read.blockId(), 18446744073709551615ull);
     EXPECT_TRUE(read.miscData() && read.entityData());
+    ASSERT_TRUE(read.pmiData());
+    EXPECT_EQ(read.pmiData()->annotationSets().at(0)->blockId(), 7u);
     EXPECT_EQ(read.mfgData(), nullptr);
     EXPECT_TRUE(log.messages().empty());
 
     readFromJsonText(read, L"[]");
     readFromJsonText(root, L"\"root.log\"");
     EXPECT_EQ(root.logFile(), L"root.log");
+    readFromJsonText(root, L"{\"pmi_data\":{\"block_id\":1}}");
+    EXPECT_EQ(root.pmiData(), rootPMI);
     EXPECT_EQ(log.messages(), (std::vector<std::string>{
                                   "ExcBlockMechanicalData object should have a JSON object type.",
                                   "ExcRootMechanicalData object should have a JSON object type."}));
 }
 
-TEST(MechanicalData, BlockOfFiveThousandFeaturesCrossesProcessesIntact) {
+TEST(MechanicalData, BlockOfFiveThousandFeaturesAndItsPMICrossesProcessesIntact) {
     auto block = largeBlock(5000);
+    block->setPMIData(samplePMIData(1, 11));
     const std::string line = envelopeLine("envelope", block);
     EXPECT_NE(line.find("\"binary\":true"), std::string::npos);
     EXPECT_LT(line.size(), 200u); // only the buffer's name travels inline
@@ -274,5 +268,7 @@ TEST(MechanicalData, BlockOfFiveThousandFeaturesCrossesProcessesIntact) {
     ASSERT_TRUE(back->mfgData());
     EXPECT_EQ(back->mfgData()->counterBoreHoles().size(), 1250u);
     EXPECT_EQ(back->mappingData()->pairs().size(), 5000u);
+    ASSERT_TRUE(back->pmiData());
+    EXPECT_EQ(back->pmiData()->annotationSets().at(0)->views().size(), 11u);
     EXPECT_EQ(toJsonText(*back), toJsonText(*block));
 }

@@ -10,3 +10,5 @@
 #include <xch_api/xch_api_pmi_dimension.h>
 #include <xch_api/xch_api_pmi_gdt.h>
 #include <xch_api/xch_api_pmi_roughness.h>
+#include <xch_api/xch_api_pmi_set.h>
+#include <xch_api/xch_api_pmi_view.h>

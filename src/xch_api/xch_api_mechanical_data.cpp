@@ -17,7 +17,7 @@ const std::wstring& ExcRootMechanicalData::objName() {
 
 template <class Io, class Self>
 void ExcRootMechanicalData::members(Io& io, Self& self) {
-    // PENDING: io(L"pmi_data", self.m_pmiData, json::newArray);
+    io(L"pmi_data", self.m_pmiData, json::newArray);
     io(L"log_file", self.m_logFile);
 }
 
@@ -38,7 +38,7 @@ template <class Io, class Self>
 void ExcBlockMechanicalData::members(Io& io, Self& self) {
     io(L"block_id", self.m_blockId);
     io(L"log_file", self.m_logFile);
-    // PENDING: io(L"pmi_data", self.m_pmiData, json::newArray);
+    io(L"pmi_data", self.m_pmiData, json::newArray);
     io(L"misc_data", self.m_miscData, json::newObject);
     io(L"mapping_data", self.m_mappingData, json::newArray);
     io(L"mfg_data", self.m_mfgData, json::newObject);

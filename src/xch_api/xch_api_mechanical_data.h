@@ -15,12 +15,13 @@
 #include <xch_api/xch_api_mechanical_entity_data.h>
 #include <xch_api/xch_api_mechanical_misc.h>
 #include <xch_api/xch_api_mfg_data.h>
+#include <xch_api/xch_api_pmi_set.h>
 
 namespace xch {
 
-// JSON: {"pmi_data": array, "log_file": string}.
-// PENDING: "pmi_data" (the PMI annotation sets) is not carried yet; it
-// joins when the PMI classes are in the library.
+// JSON: {"pmi_data": array, "log_file": string}; a missing PMI data is
+// written as null. "pmi_data" is read into a new ExcPMIData only when it is
+// an array; a missing or mistyped member leaves the pointer as it was.
 class XCH_API ExcRootMechanicalData : public ExchangeObjectImpl<ExcRootMechanicalData> {
 public:
     ExcRootMechanicalData();
@@ -30,6 +31,9 @@ public:
     bool binary() const override { return true; }
     bool compress() const override { return true; }
 
+    // The PMI of the whole model, or null.
+    const std::shared_ptr<ExcPMIData>& pmiData() const { return m_pmiData; }
+    void setPMIData(const std::shared_ptr<ExcPMIData>& pmiData) { m_pmiData = pmiData; }
     // Path of a log file the producer wrote.
     const std::wstring& logFile() const { return m_logFile; }
     void setLogFile(const std::wstring& logFile) { m_logFile = logFile; }
@@ -43,6 +47,7 @@ public:
     static void members(Io& io, Self& self);
 
 private:
+    std::shared_ptr<ExcPMIData> m_pmiData;
     std::wstring m_logFile;
 };
 
@@ -52,7 +57,6 @@ private:
 // takes "block_id" only from an unsigned 64-bit integer and makes each
 // nested object anew when its member has the right JSON kind; a missing or
 // mistyped member leaves the pointer as it was.
-// PENDING: "pmi_data" is not carried yet (see ExcRootMechanicalData).
 class XCH_API ExcBlockMechanicalData : public ExchangeObjectImpl<ExcBlockMechanicalData> {
 public:
     ExcBlockMechanicalData();
@@ -66,6 +70,9 @@ public:
     // The block's id in the product structure.
     std::uint64_t blockId() const { return m_blockId; }
     void setBlockId(std::uint64_t blockId) { m_blockId = blockId; }
+    // The block's PMI, or null.
+    const std::shared_ptr<ExcPMIData>& pmiData() const { return m_pmiData; }
+    void setPMIData(const std::shared_ptr<ExcPMIData>& pmiData) { m_pmiData = pmiData; }
     const std::shared_ptr<ExcMechanicalMiscData>& miscData() const { return m_miscData; }
     void setMiscData(const std::shared_ptr<ExcMechanicalMiscData>& miscData) { m_miscData = miscData; }
     const std::shared_ptr<ExcMappingData>& mappingData() const { return m_mappingData; }
@@ -88,6 +95,7 @@ public:
 
 private:
     std::uint64_t m_blockId = 0;
+    std::shared_ptr<ExcPMIData> m_pmiData;
     std::shared_ptr<ExcMechanicalMiscData> m_miscData;
     std::shared_ptr<ExcMappingData> m_mappingData;
     std::shared_ptr<ExcMfgData> m_mfgData;
