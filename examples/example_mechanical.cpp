@@ -189,7 +189,9 @@ void printBlockMechanicalData(const ExcBlockMechanicalData& data, const std::fun
 }
 
 void printRootMechanicalData(const ExcRootMechanicalData& data, const std::function<void(const std::wstring&)>& say) {
-    say(L"root mechanical data, log file " + data.logFile());
+    const std::size_t sets = data.pmiData() ? data.pmiData()->annotationSets().size() : 0;
+    say(L"root mechanical data, log file " + data.logFile() + L", " + std::to_wstring(sets) +
+        L" PMI annotation set(s)");
 }
 
 } // namespace example

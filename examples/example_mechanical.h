@@ -18,7 +18,8 @@ namespace example {
 // persistent names of two faces.
 std::shared_ptr<xch::ExcBlockMechanicalData> makeBlockMechanicalData(std::uint64_t blockId);
 
-// The mechanical data of the whole model.
+// The mechanical data of the whole model (its PMI travels per block, see
+// example_pmi.h).
 std::shared_ptr<xch::ExcRootMechanicalData> makeRootMechanicalData();
 
 // One line per part of the data received (features, layers, materials, ...).

@@ -26,6 +26,7 @@
 #include <xch_api/xch_api_varnex_info.h>
 
 #include "example_mechanical.h"
+#include "example_pmi.h"
 #include "example_structure.h"
 #include "example_visualization.h"
 #include "frames.h"
@@ -63,9 +64,11 @@ void report(const std::shared_ptr<IExchangeObject>& object) {
     } else if (auto mechanical = std::dynamic_pointer_cast<ExcBlockMechanicalData>(object)) {
         mechanical->load();
         example::printBlockMechanicalData(*mechanical, say);
+        if (mechanical->pmiData()) example::printPMI(*mechanical->pmiData(), say);
     } else if (auto root = std::dynamic_pointer_cast<ExcRootMechanicalData>(object)) {
         root->load();
         example::printRootMechanicalData(*root, say);
+        if (root->pmiData()) example::printPMI(*root->pmiData(), say);
     } else if (auto block = std::dynamic_pointer_cast<ExcBlockVisualization>(object)) {
         block->load();
         say(L"block " + std::to_wstring(block->blockId()) + L" display: " +

@@ -25,6 +25,7 @@
 #include <xch_api/xch_api_varnex_info.h>
 
 #include "example_mechanical.h"
+#include "example_pmi.h"
 #include "example_structure.h"
 #include "example_visualization.h"
 #include "frames.h"
@@ -87,7 +88,9 @@ void runImport(const ImportOptions& options) {
         geometry->setBinaryData(sab.data(), sab.size(), true);
         g_geometry.push_back(geometry);
         send(geometry);
-        send(example::makeBlockMechanicalData(block));
+        auto mechanical = example::makeBlockMechanicalData(block);
+        if (block == 1) mechanical->setPMIData(example::makeBlockPMI(block)); // the bracket carries PMI
+        send(mechanical);
         send(example::makeBlockVisualization(block, block == 1 ? 100.0f : 6.0f, block == 1 ? 40.0f : 6.0f, 20.0f));
         instances->addInstanceName(OdDbHandle(0x1A0 + block), names[block - 1]);
     }
