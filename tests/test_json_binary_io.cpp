@@ -147,3 +147,51 @@ TEST(JsonBinaryIO, TruncatedAndHostileInputFailsCleanly) {
     }
     EXPECT_THROW(encode(doc), std::length_error);
 }
+
+// A body of one-byte values must not decode into a tree many times its size:
+// the tree is bounded by a multiple of the input (plus an allowance).
+TEST(JsonBinaryIO, DecodedTreeIsBoundedByTheInputSize) {
+    auto arrayOf = [](std::size_t count, const std::string& element) {
+        std::string bytes = fromHex("04");
+        const std::uint64_t size = count * element.size();
+        for (int b = 0; b < 8; ++b) bytes += static_cast<char>(size >> (8 * b));
+        bytes.reserve(bytes.size() + size);
+        for (std::size_t i = 0; i < count; ++i) bytes += element;
+        return bytes;
+    };
+    const std::string null = fromHex("00"), int32 = fromHex("06" "07000000");
+    // Small arrays of nulls fit the allowance; ordinary values (ints at 5
+    // bytes each) fit the per-byte factor at any size.
+    for (const std::string& bytes : {arrayOf(1u << 20, null), arrayOf(1u << 20, int32)}) {
+        JsonDocument doc;
+        ASSERT_EQ(JsonBinaryIO::read(bytes.data(), bytes.size(), doc), bytes.size());
+        EXPECT_EQ(doc.Size(), 1u << 20);
+    }
+    // 4 Mi nulls would be 64 MiB of tree from 4 MiB of input.
+    const std::string bomb = arrayOf(4u << 20, null);
+    JsonDocument doc;
+    try {
+        JsonBinaryIO::read(bomb.data(), bomb.size(), doc);
+        ADD_FAILURE() << "decoded";
+    } catch (const std::length_error& e) {
+        EXPECT_STREQ(e.what(), "JsonBinaryIO: Decoded document larger than the limit for its encoded size");
+    }
+    std::istringstream in(bomb);
+    EXPECT_THROW(JsonBinaryIO::read(in, doc), std::length_error);
+}
+
+// The documents' memory throws when the heap is exhausted instead of handing
+// rapidjson a null pointer to write through.
+TEST(JsonBinaryIO, ExhaustedMemoryThrows) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "AddressSanitizer aborts on impossible allocation sizes instead of failing them";
+#else
+    JsonDocument doc;
+    EXPECT_THROW(doc.GetAllocator().Malloc(SIZE_MAX / 2), std::bad_alloc);
+    xch::JsonHeapAllocator heap;
+    EXPECT_THROW(heap.Malloc(SIZE_MAX / 2), std::bad_alloc);
+    void* p = heap.Malloc(16);
+    EXPECT_THROW(heap.Realloc(p, 16, SIZE_MAX / 2), std::bad_alloc);
+    xch::JsonHeapAllocator::Free(p);
+#endif
+}

@@ -7,9 +7,14 @@
 //
 // rapidjson is included only through this header. It turns rapidjson's
 // internal assertions into exceptions, so that no input can abort the
-// process; include this header before any other rapidjson header.
+// process; include this header before any other rapidjson header. Memory
+// for documents comes from JsonHeapAllocator, which throws std::bad_alloc
+// when the heap is exhausted, so that no container is ever written through
+// a null pointer.
 #pragma once
 
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
 #include <type_traits>
 
@@ -40,8 +45,33 @@ namespace xch {
 using JsonEncoding = std::conditional_t<sizeof(wchar_t) == 2,
                                         rapidjson::UTF16<wchar_t>,
                                         rapidjson::UTF32<wchar_t>>;
-using JsonAllocator = rapidjson::MemoryPoolAllocator<rapidjson::CrtAllocator>;
-using JsonDocument = rapidjson::GenericDocument<JsonEncoding, JsonAllocator>;
+// The C runtime heap with rapidjson's allocator interface, except that a
+// failed allocation throws std::bad_alloc instead of returning null.
+class JsonHeapAllocator {
+public:
+    static const bool kNeedFree = true;
+    void* Malloc(std::size_t size) {
+        if (!size) return nullptr;
+        void* p = std::malloc(size);
+        if (!p) throw std::bad_alloc();
+        return p;
+    }
+    void* Realloc(void* original, std::size_t, std::size_t newSize) {
+        if (!newSize) {
+            std::free(original);
+            return nullptr;
+        }
+        void* p = std::realloc(original, newSize);
+        if (!p) throw std::bad_alloc();
+        return p;
+    }
+    static void Free(void* p) { std::free(p); }
+};
+
+// Values are allocated from a memory pool whose chunks come from the heap;
+// the document's parse stack uses the heap directly. Both throw on failure.
+using JsonAllocator = rapidjson::MemoryPoolAllocator<JsonHeapAllocator>;
+using JsonDocument = rapidjson::GenericDocument<JsonEncoding, JsonAllocator, JsonHeapAllocator>;
 using JsonValue = rapidjson::GenericValue<JsonEncoding, JsonAllocator>;
 
 } // namespace xch

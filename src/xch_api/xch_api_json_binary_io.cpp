@@ -26,6 +26,7 @@ enum Tag : std::uint8_t {
 };
 
 const char* const kTooDeep = "JsonBinaryIO: Nesting deeper than the depth limit";
+const char* const kTooLarge = "JsonBinaryIO: Decoded document larger than the limit for its encoded size";
 
 template <class T>
 void storeLE(unsigned char* out, T value) {
@@ -249,9 +250,11 @@ private:
 template <class Source>
 class Decoder {
 public:
-    Decoder(Source& source, JsonAllocator& allocator) : m_source(source), m_allocator(allocator) {}
+    Decoder(Source& source, JsonAllocator& allocator)
+        : m_source(source), m_allocator(allocator), m_budget(limits::maxDecodedBytes(source.available())) {}
 
     void value(JsonValue& out, std::size_t depth) {
+        charge(sizeof(JsonValue));
         unsigned char t;
         if (m_source.take(&t, 1) != 1)
             throw std::length_error("JsonBinaryIO: Failed to parse all bytes of type");
@@ -293,6 +296,12 @@ public:
     }
 
 private:
+    // Counts `bytes` of tree against what the input's size allows.
+    void charge(std::uint64_t bytes) {
+        if (bytes > m_budget) throw std::length_error(kTooLarge);
+        m_budget -= bytes;
+    }
+
     template <class T>
     T number() {
         unsigned char bytes[sizeof(T)];
@@ -317,6 +326,7 @@ private:
         if (units > 0xFFFFFFFFu)
             throw std::length_error("JsonBinaryIO: String longer than a JSON value can hold");
         std::size_t count = static_cast<std::size_t>(units);
+        charge(units * sizeof(wchar_t));
         const unsigned char* bytes = m_source.takeInPlace(count * 2, m_bytes);
         m_text.resize(count);
         std::size_t length = 0;
@@ -337,6 +347,7 @@ private:
 
     Source& m_source;
     JsonAllocator& m_allocator;
+    std::uint64_t m_budget;
     std::vector<unsigned char> m_bytes;
     std::vector<wchar_t> m_text;
 };

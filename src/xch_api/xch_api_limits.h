@@ -21,5 +21,28 @@ constexpr std::size_t kMaxJsonDepth = 256;
 // that inflates beyond it is rejected as a decompression bomb.
 constexpr std::uint64_t kMaxDecompressedSize = std::uint64_t(2) << 30;
 
+// Largest JSON tree that decoding binary JSON may build, tied to the size of
+// the encoding. The tree is measured as the JSON values it holds (member
+// names included), each counted at sizeof(JsonValue) (16 bytes on 64-bit
+// systems), plus the characters of its strings; it may not exceed
+// kMaxDecodedBytesPerInputByte times the encoding's size plus
+// kDecodedBytesAllowance, or decoding throws std::length_error.
+//
+// Real documents measure two to three times their encoding (a double takes
+// 9 bytes encoded and 16 decoded). The allowance lets small documents of
+// one-byte values (arrays of booleans) through, while a large body of them,
+// which would decode to 16 times its size, is refused: 64 MiB of null tags
+// stop at about 528 MiB of tree instead of reaching gigabytes.
+constexpr std::uint64_t kMaxDecodedBytesPerInputByte = 8;
+constexpr std::uint64_t kDecodedBytesAllowance = std::uint64_t(16) << 20;
+
+// The most a binary JSON encoding of `inputSize` bytes may decode to (see
+// above), saturating instead of overflowing.
+constexpr std::uint64_t maxDecodedBytes(std::uint64_t inputSize) {
+    return inputSize > (UINT64_MAX - kDecodedBytesAllowance) / kMaxDecodedBytesPerInputByte
+               ? UINT64_MAX
+               : inputSize * kMaxDecodedBytesPerInputByte + kDecodedBytesAllowance;
+}
+
 } // namespace limits
 } // namespace xch
