@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <random>
 #include <sstream>
 
+#include <xch_api/xch_api_exchange_wrapper.h>
 #include <xch_api/xch_api_json_text_io.h>
 
 #include "support/log_capture.h"
@@ -74,13 +79,82 @@ TEST(JsonTextIO, DeepNestingAndBadNumbersFailCleanly) {
     }
     JsonDocument nan;
     nan.SetArray().PushBack(std::numeric_limits<double>::quiet_NaN(), nan.GetAllocator());
-    for (const JsonDocument* doc : {&deep, &nan}) {
-        try {
-            render(*doc, true);
-            ADD_FAILURE() << "written";
-        } catch (const std::runtime_error& e) {
-            EXPECT_STREQ(e.what(), "Cannot write object into json document");
+    // The NaN comes after a long valid prefix: nothing of it may reach the
+    // stream, which may be a pipe carrying the next message.
+    JsonDocument late;
+    late.SetArray();
+    for (int i = 0; i < 10000; ++i) late.PushBack(xch::JsonValue(L"ok", late.GetAllocator()), late.GetAllocator());
+    late.PushBack(std::numeric_limits<double>::infinity(), late.GetAllocator());
+    for (const JsonDocument* doc : {&deep, &nan, &late}) {
+        for (bool pretty : {true, false}) {
+            std::wostringstream out;
+            out << L"previous;";
+            try {
+                JsonTextIO::write(out, *doc, pretty);
+                ADD_FAILURE() << "written";
+            } catch (const std::runtime_error& e) {
+                EXPECT_STREQ(e.what(), "Cannot write object into json document");
+            }
+            EXPECT_EQ(out.str(), L"previous;");
         }
+    }
+}
+
+TEST(JsonTextIO, EveryFiniteDoubleReadsBackBitExact) {
+    std::mt19937_64 rng(20261123);
+    JsonDocument doc;
+    doc.SetArray();
+    std::vector<double> values = {-957.9515431665459, 5e-324, -2.2250738585072014e-308, 1.7976931348623157e308,
+                                  0.1, 1.0 / 3.0, -0.0, 9007199254740993.0, 123456789012345680.0};
+    while (values.size() < 100000) {
+        // Random bit patterns cover every exponent; a third are "ordinary"
+        // values with many digits, the kind that suffered most.
+        std::uint64_t bits = rng();
+        double d;
+        std::memcpy(&d, &bits, sizeof d);
+        if (values.size() % 3 == 0) d = std::ldexp(static_cast<double>(bits >> 11), -40) - 1000.0;
+        if (std::isfinite(d)) values.push_back(d);
+    }
+    for (double d : values) doc.PushBack(d, doc.GetAllocator());
+    JsonDocument back = parse(render(doc, false));
+    ASSERT_TRUE(back.IsArray());
+    ASSERT_EQ(back.Size(), values.size());
+    std::size_t wrong = 0;
+    for (rapidjson::SizeType i = 0; i < back.Size(); ++i) {
+        const double d = back[i].GetDouble();
+        if (std::memcmp(&d, &values[i], sizeof d) != 0 && ++wrong < 5)
+            ADD_FAILURE() << "wrote " << values[i] << " read " << d;
+    }
+    EXPECT_EQ(wrong, 0u);
+}
+
+TEST(JsonTextIO, NumbersBeyondTheRangeOfADoubleAreRefused) {
+    const std::wstring digits400(400, L'9');
+    for (const std::wstring& text : {std::wstring(L"[21e308]"), std::wstring(L"[-1e400]"), std::wstring(L"1.8e308"),
+                                     std::wstring(L"{\"a\":[1,0.00002e313]}"), L"[" + digits400 + L"]",
+                                     L"[0." + digits400 + L"e309]"}) {
+        JsonDocument doc = parse(text);
+        EXPECT_EQ(doc.GetParseError(), rapidjson::kParseErrorNumberTooBig) << text;
+        EXPECT_FALSE(doc.IsArray() || doc.IsObject() || doc.IsNumber());
+    }
+    EXPECT_EQ(parse(L"[21e308]").GetErrorOffset(), 1u);
+    // The largest double, digits inside strings, and values too small for a
+    // double (zero of their sign) are accepted.
+    JsonDocument ok = parse(L"[1.7976931348623157e308,\"21e308\",1e-400,-1e-400,2.4703282292062328e-324]");
+    ASSERT_TRUE(ok.IsArray()) << ok.GetParseError();
+    EXPECT_EQ(ok[0].GetDouble(), std::numeric_limits<double>::max());
+    EXPECT_EQ(ok[2].GetDouble(), 0.0);
+    EXPECT_TRUE(std::signbit(ok[3].GetDouble()));
+    EXPECT_EQ(ok[4].GetDouble(), 5e-324);
+
+    // A stream-level reader turns the refusal into its described error.
+    xch::ExchangeObjectWrapper wrapper;
+    std::wistringstream in(L"{\"exchange_object_name\":\"exc_progress\",\"exchange_object_data\":{\"progress\":21e308}}");
+    try {
+        wrapper.readObject(in);
+        ADD_FAILURE() << "accepted";
+    } catch (const std::invalid_argument& e) {
+        EXPECT_STREQ(e.what(), "ExchangeObjectWrapper::readObject: invalid json document");
     }
 }
 

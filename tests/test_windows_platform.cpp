@@ -119,7 +119,9 @@ TEST(WindowsWriteToFile, ConvertsTextAndPathThroughTheAnsiCodePage) {
     doc.Parse(L"{\"text\": \"\u00e9\u20ac\u4e2d\"}");
     xch::JsonTextIO::writeToFile(doc, path);
     const std::string file(std::istreambuf_iterator<char>(std::ifstream(fs::path(path), std::ios::binary).rdbuf()), {});
-    EXPECT_EQ(file, "{\n  \"text\": \"\xe9\x80?\"\n}"); // found by its wide name; 1252 has no byte for U+4E2D
+    // Found by its wide name; 1252 has no byte for U+4E2D; a text-mode file
+    // has CRLF line ends.
+    EXPECT_EQ(file, "{\r\n  \"text\": \"\xe9\x80?\"\r\n}");
     fs::remove(path);
     EXPECT_NO_THROW(xch::JsonTextIO::writeToFile(doc, base + L"\u4e2d.json")); // a path 1252 cannot hold: no file
     EXPECT_FALSE(fs::exists(base + L"\u4e2d.json"));

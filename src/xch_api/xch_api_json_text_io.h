@@ -16,18 +16,26 @@ namespace xch {
 
 class XCH_API JsonTextIO {
 public:
-    // Writes `doc` pretty or compact. Throws std::runtime_error
-    // "Cannot write object into json document" when the writer fails (a
-    // NaN or infinite double, or nesting deeper than limits::kMaxJsonDepth).
+    // Writes `doc` pretty or compact. The whole text is rendered before any
+    // of it reaches `out`, so a failure leaves nothing on the stream: it
+    // throws std::runtime_error "Cannot write object into json document"
+    // (a NaN or infinite double, a string that is not valid UTF-16 or
+    // UTF-32, nesting deeper than limits::kMaxJsonDepth, or `out` failing).
     static std::wostream& write(std::wostream& out, const JsonDocument& doc, bool pretty);
 
     // Parses one JSON text (the whole stream) into `doc` with the default
-    // parse flags. Leading whitespace is skipped; only whitespace may
-    // follow the root. Never throws on bad input: the parse result stays in
-    // `doc` (doc.HasParseError(), doc.GetParseError()) and the root is left
-    // null, so callers test whether the root has the type they need.
-    // Nesting deeper than limits::kMaxJsonDepth ends the parse with an
-    // error.
+    // grammar (no comments, trailing commas, NaN or infinity). Leading
+    // whitespace is skipped; only whitespace may follow the root. Never
+    // throws on bad input: the parse result stays in `doc`
+    // (doc.HasParseError(), doc.GetParseError()) and the root is left null,
+    // so callers test whether the root has the type they need.
+    //
+    // Numbers are read exactly: a double is the correctly rounded value of
+    // its text, so every finite double written by write() reads back
+    // bit-identical. A number beyond the range of a double ([21e308]) is
+    // refused with kParseErrorNumberTooBig rather than read as infinity;
+    // one below the smallest subnormal reads as zero. Nesting deeper than
+    // limits::kMaxJsonDepth ends the parse with an error.
     static std::wistream& read(std::wistream& in, JsonDocument& doc);
 
     // Writes `doc` pretty into the file at `path`. Text and path are
