@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
 #include <regex>
 #include <system_error>
@@ -99,4 +100,48 @@ TEST(Logger, LoggingFromInsideAMessageThrowsInsteadOfHanging) {
     EXPECT_THROW(VX_LOG(4, "outer " << loggingHelper()), std::system_error);
     VX_LOG(4, "after"); // the lock was released
     EXPECT_TRUE(log.has("after"));
+}
+
+// Eight threads log while the logger is re-initialised again and again,
+// cycling over a few files: every line ends up whole in one of them, none
+// is lost, and no thread writes through a logger that was replaced under it.
+TEST(Logger, ReinitialisingWhileEightThreadsLogLosesAndBreaksNoLine) {
+    std::vector<std::string> paths;
+    for (int i = 0; i < 3; ++i) paths.push_back(xch_test::tempPath("reinit" + std::to_string(i) + ".txt"));
+    LoggerHolder::initLogger(4, paths[0]);
+    const int threadCount = 8, linesPerThread = 300;
+    std::atomic<int> running{threadCount};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < threadCount; ++t)
+        threads.emplace_back([t, &running] {
+            for (int i = 0; i < linesPerThread; ++i) {
+                VX_LOG(4, "thread " << t << " line " << i << " end");
+                VX_TRACE(); // below the threshold: only the level is read
+            }
+            --running;
+        });
+    int inits = 0;
+    while (running.load() > 0 || inits < 20) LoggerHolder::initLogger(4, paths[++inits % paths.size()]);
+    for (auto& th : threads) th.join();
+    LoggerHolder::initLogger(4, "/nonexistent-dir/sub/log.txt");
+
+    int initialised = 0;
+    std::vector<int> seen(threadCount, 0);
+    const std::regex message(R"(\[INFO\]    \[[^\]]+\] \[\d+\] thread (\d) line \d+ end)");
+    for (const std::string& path : paths) {
+        std::ifstream in(path);
+        for (std::string line; std::getline(in, line);) {
+            std::smatch m;
+            if (std::regex_match(line, m, message))
+                ++seen[std::stoi(m[1])];
+            else if (line.find("Logger initialized with level 4") != std::string::npos)
+                ++initialised;
+            else
+                ASSERT_NE(line.find(std::string(102, '=')), std::string::npos) << line;
+        }
+        in.close();
+        std::remove(path.c_str());
+    }
+    EXPECT_EQ(initialised, inits + 1);
+    for (int t = 0; t < threadCount; ++t) EXPECT_EQ(seen[t], linesPerThread) << "thread " << t;
 }

@@ -15,10 +15,26 @@
 
 namespace vx_link {
 
-int LoggerHolder::s_level = 0;
-std::unique_ptr<ILogger> LoggerHolder::s_logger;
+std::atomic<int> LoggerHolder::s_level{0};
 
 namespace {
+
+// The installed logger. Allocated once and never destroyed, so that a
+// thread still logging while the process exits finds a valid holder; the
+// logger flushes every line, so nothing is lost when it is not closed.
+std::shared_ptr<ILogger>& installed() {
+    static auto* logger = new std::shared_ptr<ILogger>();
+    return *logger;
+}
+
+// Whether installed() holds a logger: the lock-free part of levelEnabled.
+std::atomic<bool> s_present{false};
+
+// Serialises initLogger calls.
+std::mutex& initMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
 
 std::string localTimeText() {
     std::time_t now = std::time(nullptr);
@@ -111,29 +127,42 @@ std::ostream& MTLogger::begin(int level) {
 void LoggerHolder::initLogger(int level, const std::string& path) {
     if (level <= 0)
         return;
-    s_level = level;
-    auto logger = std::make_unique<Logger>(path);
-    s_logger = std::move(logger);
-    if (s_logger->isOpen()) {
-        s_logger->begin(LevelInfo) << std::string(102, '=');
-        s_logger->endLine();
-        s_logger->begin(LevelInfo) << "Logger initialized with level " << level;
-        s_logger->endLine();
+    std::lock_guard<std::mutex> serialised(initMutex());
+    s_level.store(level, std::memory_order_relaxed);
+    // The new logger writes its opening lines before anyone else sees it.
+    std::shared_ptr<ILogger> logger = std::make_shared<Logger>(path);
+    if (logger->isOpen()) {
+        logger->begin(LevelInfo) << std::string(102, '=');
+        logger->endLine();
+        logger->begin(LevelInfo) << "Logger initialized with level " << level;
+        logger->endLine();
     } else {
-        s_logger.reset();
+        logger.reset();
     }
+    // The previous logger lives on until the last line started on it ends.
+    s_present.store(logger != nullptr, std::memory_order_release);
+    std::atomic_store(&installed(), std::move(logger));
 }
 
-ILogger* LoggerHolder::logger() noexcept { return s_logger.get(); }
+ILogger* LoggerHolder::logger() noexcept { return std::atomic_load(&installed()).get(); }
+
+std::shared_ptr<ILogger> LoggerHolder::acquire(int level) {
+    if (level > s_level.load(std::memory_order_relaxed) || !s_present.load(std::memory_order_acquire))
+        return nullptr;
+    std::shared_ptr<ILogger> logger = std::atomic_load(&installed());
+    if (!logger || !logger->isOpen()) return nullptr;
+    return logger;
+}
 
 bool LoggerHolder::levelEnabled(int level) noexcept {
-    return level <= s_level && s_logger && s_logger->isOpen();
+    return level <= s_level.load(std::memory_order_relaxed) && s_present.load(std::memory_order_acquire);
 }
 
 void logTrace(const char* file, int line, const char* signature) {
-    if (!LoggerHolder::levelEnabled(LevelTrace))
+    std::shared_ptr<ILogger> logger = LoggerHolder::acquire(LevelTrace);
+    if (!logger)
         return;
-    MTLogger entry(*LoggerHolder::logger());
+    MTLogger entry(*logger);
     entry.begin(LevelTrace) << file << '(' << line << "): " << signature;
 }
 

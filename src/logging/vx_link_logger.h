@@ -98,15 +98,25 @@ private:
 };
 
 // The process-wide threshold and logger.
+//
+// Any thread may log while another one calls initLogger: a line being
+// written keeps the logger it started on alive (VX_LOG holds it through
+// acquire()), and the replaced logger is closed when its last line ends.
 class XCH_API LoggerHolder {
 public:
     // Sets the threshold and (re)opens the log file at `path` for appending.
     // A level of 0 or less changes nothing. If the file cannot be opened no
-    // logger remains and nothing is logged.
+    // logger remains and nothing is logged. Calls from several threads are
+    // serialised.
     static void initLogger(int level, const std::string& path);
 
     // The current logger; null before initLogger or after a failed one.
+    // The pointer is valid until the next initLogger; code that may run
+    // beside one uses acquire().
     static ILogger* logger() noexcept;
+
+    // The current logger, shared, when `level` is enabled; null otherwise.
+    static std::shared_ptr<ILogger> acquire(int level);
 
     // True only if `level` is at most the threshold and an open logger
     // exists.
@@ -114,11 +124,10 @@ public:
 
     // The current threshold (0: nothing is logged). Inline, so that a
     // disabled trace costs one integer comparison.
-    static int level() noexcept { return s_level; }
+    static int level() noexcept { return s_level.load(std::memory_order_relaxed); }
 
 private:
-    static int s_level;
-    static std::unique_ptr<ILogger> s_logger;
+    static std::atomic<int> s_level;
 };
 
 // Writes the trace entry line "<file>(<line>): <signature>".
@@ -129,8 +138,8 @@ XCH_API void logTrace(const char* file, int line, const char* signature);
 // Logs `message` (an expression for operator<<) at `level`.
 #define VX_LOG(level, message)                                              \
     do {                                                                    \
-        if (::vx_link::LoggerHolder::levelEnabled(level)) {                 \
-            ::vx_link::MTLogger vxLogLine_(*::vx_link::LoggerHolder::logger()); \
+        if (auto vxLogger_ = ::vx_link::LoggerHolder::acquire(level)) {     \
+            ::vx_link::MTLogger vxLogLine_(*vxLogger_);                     \
             vxLogLine_.begin(level) << message;                             \
         }                                                                   \
     } while (false)

@@ -44,5 +44,15 @@ constexpr std::uint64_t maxDecodedBytes(std::uint64_t inputSize) {
                : inputSize * kMaxDecodedBytesPerInputByte + kDecodedBytesAllowance;
 }
 
+// Largest block geometry (ACIS binary) that a load copies out of shared
+// memory, stored as it is or after decompression (2 GiB). A larger object
+// fails to load instead of being copied.
+constexpr std::uint64_t kMaxBlockGeometrySize = std::uint64_t(2) << 30;
+
+// Longest file name or path that Format::is tests against a format's
+// patterns (32,767 code units, the longest path Windows accepts). A longer
+// name matches no format.
+constexpr std::size_t kMaxMatchedNameLength = 32767;
+
 } // namespace limits
 } // namespace xch

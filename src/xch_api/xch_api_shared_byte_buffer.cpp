@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <stdexcept>
 
 
 #include <xch_api/xch_api_compressor.h>
+#include <xch_api/xch_api_limits.h>
 
 namespace xch {
 
@@ -15,6 +17,11 @@ namespace {
 // with a zlib header byte (0x78) or the gzip magic (0x1F 0x8B).
 bool looksCompressed(const char* bytes, std::size_t size) {
     return Compressor::isCompressed(bytes, size) || (size >= 3 && static_cast<unsigned char>(bytes[0]) == 0x78);
+}
+
+[[noreturn]] void throwTooLarge() {
+    throw std::runtime_error("Block geometry in shared memory exceeds the limit of " +
+                             std::to_string(limits::kMaxBlockGeometrySize) + " bytes.");
 }
 
 } // namespace
@@ -69,10 +76,14 @@ void ExcSharedByteBuffer::load() {
     {
         // Inflated or copied straight from the mapping.
         mp::SharedBuffer<char>::View stored = shared->view();
-        if (looksCompressed(stored.data(), stored.size()))
+        const bool compressed = looksCompressed(stored.data(), stored.size());
+        // Checked before copying: the object's size is the writer's choice.
+        if (!compressed && stored.size() > limits::kMaxBlockGeometrySize) throwTooLarge();
+        if (compressed)
             Compressor::decompress(bytes, stored.data(), stored.size());
         else
             bytes.assign(stored.data(), stored.data() + stored.size());
+        if (bytes.size() > limits::kMaxBlockGeometrySize) throwTooLarge();
     }
     m_sharedBuffer = std::move(shared);
     m_stream.swap(bytes);

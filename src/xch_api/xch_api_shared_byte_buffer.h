@@ -59,7 +59,8 @@ public:
     // start with a zlib (0x78) or gzip (0x1F 0x8B) header; both positions
     // return to the start. Throws mp::SharedMemoryException when the object
     // is missing or unreadable, std::runtime_error when the compressed data
-    // is corrupt; the staged bytes are then unchanged.
+    // is corrupt, or when the geometry, as stored or decompressed, exceeds
+    // limits::kMaxBlockGeometrySize; the staged bytes are then unchanged.
     void load();
 
 private:

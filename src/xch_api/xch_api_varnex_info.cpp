@@ -4,7 +4,9 @@
 #include <regex>
 
 #include <logging/vx_link_logger.h>
+#include <xch_api/internal/name_pattern.h>
 #include <xch_api/internal/protocol_io.h>
+#include <xch_api/xch_api_limits.h>
 
 namespace xch {
 
@@ -103,8 +105,20 @@ std::vector<std::wstring> Format::getFilters() const {
 
 namespace {
 
-bool fullMatch(const std::wstring& pattern, const std::wstring& text) {
-    return std::regex_match(text, std::wregex(pattern, std::regex::ECMAScript));
+// Names up to this length may still go through the standard matcher,
+// whose recursion depth grows with the name.
+constexpr std::size_t kMaxRecursiveMatchLength = 1024;
+
+// A full match without backtracking or recursion (internal::NamePattern).
+// A pattern of the regex list that needs a backreference or a lookahead
+// (set by this process, never read from a document) goes to the standard
+// matcher, for names short enough for its recursion.
+bool fullMatch(const std::wstring& pattern, const std::wstring& text, bool trusted) {
+    if (trusted && internal::NamePattern::usesUnsupported(pattern)) {
+        std::wregex compiled(pattern, std::regex::ECMAScript);
+        return text.size() <= kMaxRecursiveMatchLength && std::regex_match(text, compiled);
+    }
+    return internal::NamePattern(pattern).fullMatch(text);
 }
 
 // A glob pattern as a regular expression: '.' is literal, '*' is any run of
@@ -137,11 +151,12 @@ std::vector<std::wstring> splitFilter(const std::wstring& filter) {
 } // namespace
 
 bool Format::is(const std::wstring& fileName) const {
+    if (fileName.size() > limits::kMaxMatchedNameLength) return false;
     for (const std::wstring& pattern : m_regex)
-        if (fullMatch(pattern, fileName)) return true;
+        if (fullMatch(pattern, fileName, true)) return true;
     for (const std::wstring& filter : m_filterExtensions)
         for (const std::wstring& glob : splitFilter(filter))
-            if (fullMatch(globToRegex(glob), fileName)) return true;
+            if (fullMatch(globToRegex(glob), fileName, false)) return true;
     return false;
 }
 

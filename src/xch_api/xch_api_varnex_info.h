@@ -108,6 +108,15 @@ public:
     //     meaning.
     // The first full match wins; the extensions play no part. A regular
     // expression that does not compile throws std::regex_error.
+    // Filters come from another process: they are matched without
+    // backtracking or recursion, in time bounded by the name's length
+    // times the pattern's size, so that no filter can hang or crash the
+    // caller. Backreferences and lookaheads are not available in filters
+    // (std::regex_error), nor are patterns that compile to more than a few
+    // thousand instructions. Names longer than
+    // limits::kMaxMatchedNameLength match nothing; a regex-list pattern
+    // that needs a backreference or lookahead matches only names of up to
+    // 1,024 characters.
     bool is(const std::wstring& fileName) const;
 
     // Throws std::invalid_argument "Format::readFrom >
