@@ -121,6 +121,7 @@ std::wstring send(const std::shared_ptr<IExchangeObject>& object) {
 
 std::shared_ptr<IExchangeObject> receive(const std::wstring& envelope) {
     ExchangeObjectWrapper in;
+    in.setReleaseAfterLoad(true);
     std::wistringstream text(envelope);
     in.readObject(text);
     return in.get();

@@ -5,8 +5,9 @@
 //
 // Commands go out on standard output, answers come in on standard input
 // (frames.h); scripts/demo.sh connects it to xch_worker through two named
-// pipes. The geometry of each block is loaded from shared memory as it
-// arrives, while the worker still holds it.
+// pipes. Every body is loaded from shared memory as it arrives and then
+// released; the geometry of each block is loaded while the worker still
+// holds it, and removed when the host's copy goes.
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -92,6 +93,10 @@ bool receiveUntilFinished() {
         std::wistringstream in(text);
         if (kind == "envelope") {
             ExchangeObjectWrapper wrapper;
+            // Each body is read once here: remove it from shared memory as
+            // soon as it has been loaded (a body that fails to load stays,
+            // for `xch shm list` to show).
+            wrapper.setReleaseAfterLoad(true);
             wrapper.readObject(in);
             report(wrapper.get());
         } else if (kind == "info") {

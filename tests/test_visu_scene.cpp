@@ -255,8 +255,10 @@ TEST(VisualizationExchange, CompressedBodyInSharedMemoryReadsBackTheSameModel) {
     EXPECT_EQ(static_cast<unsigned char>(body[1]), 0x8B);
 
     ExchangeObjectWrapper in;
+    in.setReleaseAfterLoad(true);
     std::wistringstream stream(text);
     in.readObject(stream);
+    EXPECT_FALSE(mp::SharedBuffer<char>::exists(uuid));
     auto back = std::dynamic_pointer_cast<ExcBlockVisualization>(in.get());
     ASSERT_TRUE(back && back->isLoaded());
     EXPECT_EQ(back->blockId(), 42u);

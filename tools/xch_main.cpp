@@ -21,6 +21,8 @@
 #include <xch_api/xch_api_json_text_io.h>
 #include <xch_api/xch_api_utf8.h>
 
+#include "xch_shm.h"
+
 namespace {
 
 const char* const kUsage =
@@ -103,7 +105,7 @@ int main(int argc, char** argv) {
             return 2;
         }
         if (args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
-            std::cout << kUsage;
+            std::cout << kUsage << xch_tool::shmUsage();
             return 0;
         }
         if (args[0] == "encode") {
@@ -115,6 +117,8 @@ int main(int argc, char** argv) {
             }
             return encode(args[first], args[first + 1], gzip);
         }
+        if (args[0] == "shm")
+            return xch_tool::runShm(std::vector<std::string>(args.begin() + 1, args.end()));
         if (args[0] == "decode") {
             if (args.size() != 2) {
                 std::cerr << "xch: usage: xch decode INPUT\n";

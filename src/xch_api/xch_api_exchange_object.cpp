@@ -28,23 +28,25 @@ void IExchangeObject::setSource(const std::wstring& source) {
         m_source = source;
 }
 
+namespace {
+
+// Removes a body that has been loaded. The data is already in the object,
+// so a failure here is only reported.
+void releaseSource(const std::wstring& name) {
+    try {
+        if (mp::SharedBuffer<char>::remove(name))
+            VX_LOG(vx_link::LevelDebug, "Released shared memory body " << vx_link::utf8(name));
+    } catch (const std::exception& e) {
+        VX_LOG(vx_link::LevelWarning, "Cannot release shared memory body: " << e.what());
+    }
+}
+
+} // namespace
+
 void IExchangeObject::load() {
     VX_TRACE();
     if (m_loaded || m_source.empty() || !binary())
         return;
-
-    // Each body is read once: the reader removes it (once the mapping is
-    // closed, whether or not it could be decoded), so that a normal
-    // exchange leaves no shared-memory objects behind.
-    struct RemoveWhenRead {
-        const std::wstring& name;
-        ~RemoveWhenRead() {
-            try {
-                mp::SharedBuffer<char>::remove(name);
-            } catch (...) {
-            }
-        }
-    } removeWhenRead{m_source};
 
     // The body is decoded straight from the mapping (or inflated from it):
     // no copy of the shared bytes is made.
@@ -62,6 +64,7 @@ void IExchangeObject::load() {
     }
     readObject(doc);
     m_loaded = true;
+    if (m_releaseAfterLoad) releaseSource(m_source);
 }
 
 std::wstring IExchangeObject::generateUUID() {

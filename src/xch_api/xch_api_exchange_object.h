@@ -44,9 +44,19 @@ public:
     // source(): decompresses a zlib or gzip stream, decodes the binary
     // JSON and calls readObject. Does nothing when already loaded, when the
     // source is empty or when the object is not binary. Exceptions
-    // propagate and leave the object not loaded. The buffer is removed
-    // once its bytes have been read (each body is read once).
+    // propagate and leave the object not loaded.
+    //
+    // The buffer is left in place (another reader, a clone or a retry may
+    // still load it), unless releaseAfterLoad() is set: then a successful
+    // load removes it. A failed load never removes it, so that a corrupt
+    // body can be inspected.
     virtual void load();
+
+    // Whether a successful load() removes the shared-memory buffer it read
+    // (default false). Copied with the object: with it set, only the first
+    // of an object and its clones to load finds the buffer.
+    bool releaseAfterLoad() const { return m_releaseAfterLoad; }
+    void setReleaseAfterLoad(bool release) { m_releaseAfterLoad = release; }
 
     // The UUID text of the shared-memory buffer holding the body.
     const std::wstring& source() const { return m_source; }
@@ -58,6 +68,7 @@ public:
 protected:
     std::wstring m_source;
     bool m_loaded = false;
+    bool m_releaseAfterLoad = false;
 };
 
 // Supplies name() and clone() for a concrete top-level class `Self`

@@ -1,7 +1,5 @@
 #include <xch_api/xch_api_exchange_wrapper.h>
 
-#include <algorithm>
-#include <mutex>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -21,47 +19,6 @@ const wchar_t* const kNameKey = L"exchange_object_name";
 const wchar_t* const kBinaryKey = L"binary";
 const wchar_t* const kDataKey = L"exchange_object_data";
 
-// The bodies this process wrote into shared memory. Bodies that no reader
-// took are removed when the library unloads.
-class WrittenBodies {
-public:
-    static WrittenBodies& instance() {
-        static WrittenBodies bodies;
-        return bodies;
-    }
-
-    void add(const std::wstring& name) {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_names.size() >= kPruneAt) {
-            // Forget the bodies that readers have already taken.
-            m_names.erase(std::remove_if(m_names.begin(), m_names.end(),
-                                         [](const std::wstring& n) { return !mp::SharedBuffer<char>::exists(n); }),
-                          m_names.end());
-        }
-        m_names.push_back(name);
-    }
-
-    std::size_t discard() {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        std::size_t removed = 0;
-        for (const std::wstring& name : m_names) {
-            try {
-                if (mp::SharedBuffer<char>::remove(name)) ++removed;
-            } catch (...) {
-            }
-        }
-        m_names.clear();
-        return removed;
-    }
-
-    ~WrittenBodies() { discard(); }
-
-private:
-    static constexpr std::size_t kPruneAt = 1024;
-    std::mutex m_mutex;
-    std::vector<std::wstring> m_names;
-};
-
 // Places the object's body in a new shared-memory buffer and returns its
 // name.
 std::wstring writeBody(const IExchangeObject& object) {
@@ -75,10 +32,20 @@ std::wstring writeBody(const IExchangeObject& object) {
         bytes.swap(packed);
     }
     std::wstring name = IExchangeObject::generateUUID();
+    // Logged before the buffer exists, so that a log names every buffer a
+    // process may leave behind, even when it dies while writing it.
+    VX_LOG(vx_link::LevelDebug,
+           "Writing shared memory body " << vx_link::utf8(name) << " of " << bytes.size() << " bytes");
     mp::SharedBuffer<char> buffer(name, mp::SharedBuffer<char>::OpenMode::Create);
     buffer.write(bytes.data(), bytes.size());
-    WrittenBodies::instance().add(name);
     return name;
+}
+
+void discardBody(const JsonValue& name) {
+    try {
+        mp::SharedBuffer<char>::remove(std::wstring(name.GetString(), name.GetStringLength()));
+    } catch (...) {
+    }
 }
 
 } // namespace
@@ -98,6 +65,10 @@ void ExchangeObjectWrapper::setDelayedLoading(bool delayed) { m_delayedLoading =
 
 bool ExchangeObjectWrapper::delayedLoading() const { return m_delayedLoading; }
 
+void ExchangeObjectWrapper::setReleaseAfterLoad(bool release) { m_releaseAfterLoad = release; }
+
+bool ExchangeObjectWrapper::releaseAfterLoad() const { return m_releaseAfterLoad; }
+
 void ExchangeObjectWrapper::writeObject(std::wostream& out) const {
     VX_TRACE();
     if (!m_pObject)
@@ -115,7 +86,14 @@ void ExchangeObjectWrapper::writeObject(std::wostream& out) const {
         m_pObject->writeObject(data, allocator);
     }
     doc.AddMember(JsonValue(kDataKey, allocator), data, allocator);
-    JsonTextIO::write(out, doc, false);
+    try {
+        JsonTextIO::write(out, doc, false);
+    } catch (...) {
+        // Nobody can learn the name of a body whose envelope was not
+        // written: remove it rather than leave it behind.
+        if (m_pObject->binary()) discardBody(data);
+        throw;
+    }
 }
 
 void ExchangeObjectWrapper::readObject(std::wistream& in) {
@@ -146,13 +124,12 @@ void ExchangeObjectWrapper::readObject(std::wistream& in) {
             return;
         }
         m_pObject->setSource(std::wstring(data->value.GetString(), data->value.GetStringLength()));
+        m_pObject->setReleaseAfterLoad(m_releaseAfterLoad);
         if (!m_delayedLoading)
             m_pObject->load();
         return;
     }
     m_pObject->readObject(data->value);
 }
-
-std::size_t ExchangeObjectWrapper::discardUnreadBodies() { return WrittenBodies::instance().discard(); }
 
 } // namespace xch

@@ -12,14 +12,19 @@
 // inline data at once, a binary body at once or, with delayed loading, when
 // the caller calls load() on the object.
 //
-// Lifetime of shared-memory bodies:
-//  * The reader removes a body as soon as load() has copied its bytes, so
-//    a normal exchange leaves no shared-memory objects behind.
-//  * The writer remembers the bodies it created. Those that were never
-//    read are removed when the writing process unloads the library (at
-//    normal process exit), or earlier by discardUnreadBodies(). A body
-//    therefore lives at most as long as its producer process: a consumer
-//    that loads with delay must do so while the producer is running.
+// Lifetime of shared-memory bodies. A body must outlive its writer: the
+// reader may load it later (delayed loading), after the writing process has
+// exited, from a clone, or more than once. So nothing removes a body by
+// default, neither the writer, nor the reader, nor process exit. Cleanup
+// is explicit:
+//  * the reading side opts in with setReleaseAfterLoad(true): a successful
+//    load() then removes the body it read (a failed one leaves it for
+//    inspection or a retry);
+//  * mp::removeExchangeBuffersOlderThan (mp_shared_cleanup.h) and
+//    `xch shm clean` remove this user's exchange buffers by age, for
+//    bodies that nobody loaded (a reader that died, an envelope lost).
+// Every body written is logged at debug level (5) with its name before it
+// is created, so that a log names the buffers a process may have left.
 #pragma once
 
 #include <istream>
@@ -48,6 +53,12 @@ public:
     void setDelayedLoading(bool delayed);
     bool delayedLoading() const;
 
+    // When true, an object read from a binary envelope removes its body
+    // from shared memory once load() has succeeded (at once, or later with
+    // delayed loading): IExchangeObject::setReleaseAfterLoad. Default false.
+    void setReleaseAfterLoad(bool release);
+    bool releaseAfterLoad() const;
+
     // Writes the envelope as compact JSON text. Throws std::invalid_argument
     // without an object, std::runtime_error when the text cannot be
     // written, mp::SharedMemoryException when a body cannot be placed.
@@ -58,13 +69,10 @@ public:
     // reading or loading propagate.
     void readObject(std::wistream& in) override;
 
-    // Removes the shared-memory bodies written by this process that no
-    // reader has taken yet. Returns how many were removed.
-    static std::size_t discardUnreadBodies();
-
 private:
     std::shared_ptr<IExchangeObject> m_pObject;
     bool m_delayedLoading = false;
+    bool m_releaseAfterLoad = false;
 };
 
 } // namespace xch

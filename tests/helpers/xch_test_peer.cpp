@@ -3,12 +3,14 @@
 //   dump <uuid>            -> hex of the shared buffer's bytes
 //   write <uuid> <hex>     -> creates the buffer; "ok"
 //   remove <uuid>          -> "removed" or "absent"
-//   envelope <text>        -> reads the envelope (UTF-8), loads its body and
-//                             answers "envelope <text>" with the same object
+//   envelope <text>        -> reads the envelope (UTF-8), loads its body
+//                             (releasing it) and answers "envelope <text>"
+//                             with the same object
 //   delayed <text>         -> as envelope, with delayed loading; "pending" first
 //   block <0|1> <text>     -> loads the block geometry, answers "bytes <hex>",
 //                             then an envelope of its own block geometry (the
 //                             bytes reversed, compressed for 1, id + 1000)
+//   make <label>           -> an envelope of a new binary record (label set)
 //   report                 -> the worker's own messages, then "end"
 //   bye                    -> ends; objects whose shared memory must outlive a
 //                             command are kept until then
@@ -39,6 +41,7 @@ std::vector<std::shared_ptr<IExchangeObject>> g_kept;
 std::shared_ptr<IExchangeObject> read(const std::string& text, bool delayed) {
     ExchangeObjectWrapper in;
     in.setDelayedLoading(delayed);
+    in.setReleaseAfterLoad(true); // the bodies the tests send are read once
     std::wistringstream stream(fromUtf8(text));
     in.readObject(stream);
     return in.get();
@@ -83,6 +86,10 @@ void run(const std::string& command, const std::string& rest) {
             object->load();
         }
         send(object);
+    } else if (command == "make") {
+        auto record = std::make_shared<xch_test::TestPackedRecord>();
+        record->label = fromUtf8(rest);
+        send(record);
     } else if (command == "block") {
         block(rest);
     } else if (command == "report") {

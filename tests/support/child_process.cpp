@@ -3,12 +3,14 @@
 #include <cstdio>
 #include <iostream>
 #include <stdexcept>
+#include <vector>
 
 #if defined(_WIN32)
 #  include <fcntl.h>
 #  include <io.h>
 #  include <windows.h>
 #else
+#  include <fcntl.h>
 #  include <signal.h>
 #  include <sys/wait.h>
 #  include <unistd.h>
@@ -54,7 +56,8 @@ std::string helperPath(const std::string& name) {
     return path.substr(0, path.find_last_of("\\/") + 1) + name + ".exe";
 }
 
-ChildProcess::ChildProcess(const std::string& program) : m_pipes(new Pipes) {
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments)
+    : m_pipes(new Pipes) {
     SECURITY_ATTRIBUTES inherit{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     HANDLE childIn = nullptr, childOut = nullptr;
     DWORD error = 0;
@@ -71,6 +74,7 @@ ChildProcess::ChildProcess(const std::string& program) : m_pipes(new Pipes) {
         startup.hStdOutput = childOut;
         startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
         std::string command = "\"" + program + "\"";
+        for (const std::string& argument : arguments) command += " \"" + argument + "\"";
         // Starting a process can fail for a moment while the system is busy
         // (seen under Wine with several tests starting processes at once).
         for (int attempt = 0; attempt < 5; ++attempt, Sleep(200)) {
@@ -122,16 +126,23 @@ std::string helperPath(const std::string& name) {
     return path.substr(0, path.find_last_of('/') + 1) + name;
 }
 
-ChildProcess::ChildProcess(const std::string& program) : m_pipes(new Pipes) {
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments)
+    : m_pipes(new Pipes) {
+    // Close-on-exec, so that no other child inherits this one's pipe ends:
+    // a copy held elsewhere would hide this child's death (no end of
+    // output) from readLine.
     int in[2], out[2];
-    if (pipe(in) != 0 || pipe(out) != 0)
+    if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0)
         throw std::runtime_error("pipe failed");
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
     pid_t pid = fork();
     if (pid == 0) {
         dup2(in[0], 0);
         dup2(out[1], 1);
         for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
-        execl(program.c_str(), program.c_str(), static_cast<char*>(nullptr));
+        execv(program.c_str(), argv.data());
         _exit(127);
     }
     close(in[0]);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace xch_test {
 
@@ -11,9 +12,9 @@ std::string helperPath(const std::string& name);
 
 class ChildProcess {
 public:
-    // Starts `program`; its standard input and output are connected to
-    // this object.
-    explicit ChildProcess(const std::string& program);
+    // Starts `program` with `arguments`; its standard input and output are
+    // connected to this object.
+    explicit ChildProcess(const std::string& program, const std::vector<std::string>& arguments = {});
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;

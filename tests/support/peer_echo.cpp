@@ -19,6 +19,7 @@ std::shared_ptr<xch::IExchangeObject> readAnswer(ChildProcess& peer) {
     EXPECT_EQ(line.substr(0, 9), "envelope ") << line.substr(0, 200);
     if (line.compare(0, 9, "envelope ") != 0) return nullptr;
     xch::ExchangeObjectWrapper in;
+    in.setReleaseAfterLoad(true);
     std::wistringstream text(xch::fromUtf8(line.substr(9)));
     in.readObject(text);
     return in.get();

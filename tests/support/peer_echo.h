@@ -18,7 +18,8 @@ namespace xch_test {
 // "<command> <envelope of object as UTF-8>".
 std::string envelopeLine(const std::string& command, const std::shared_ptr<xch::IExchangeObject>& object);
 
-// Reads the peer's "envelope <text>" answer and the object in it (loaded);
+// Reads the peer's "envelope <text>" answer and the object in it (loaded,
+// and its shared-memory body released);
 // null (with a test failure) when the answer is something else.
 std::shared_ptr<xch::IExchangeObject> readAnswer(ChildProcess& peer);
 
