@@ -49,9 +49,15 @@ TEST(BlockGeometry, LoadingNeverThrowsAndRecognisesCompressionFromTheData) {
         return "nothing thrown";
     };
     xch_test::LogCapture log;
-    ExcBlockGeometry empty; // no bytes: nothing is put into shared memory
-    EXPECT_TRUE(empty.setBinaryData(nullptr, 0, true));
-    const std::wstring missing = empty.sharedAcisBufferName();
+    ExcBlockGeometry empty; // no bytes: an empty object all the same, which loads as no bytes
+    for (bool compress : {true, false}) {
+        EXPECT_TRUE(empty.setBinaryData(nullptr, 0, compress));
+        EXPECT_EQ(Shared(empty.sharedAcisBufferName(), Shared::OpenMode::Open).read(), Bytes());
+        auto consumer = loaded(nullptr, empty.sharedAcisBufferName());
+        EXPECT_TRUE(consumer->isLoaded());
+        EXPECT_EQ(consumer->binaryData(), Bytes());
+    }
+    const std::wstring missing = IExchangeObject::generateUUID();
     for (const std::wstring& name : {missing, std::wstring()}) EXPECT_FALSE(loaded(nullptr, name)->isLoaded());
     const Bytes bad{'\x78', 'g', 'a', 'r', 'b', 'a', 'g', 'e'}; // starts like zlib, but is not
     EXPECT_FALSE(loaded(&bad)->isLoaded()); // each failure is logged with the text of its exception

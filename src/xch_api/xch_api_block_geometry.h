@@ -67,8 +67,8 @@ public:
     // (replacing any earlier buffer) and writes them into shared memory,
     // zlib-compressed when `compress` is set. Returns false, after logging
     // "Failed to write geometry into shared ACIS buffer: <reason>", when the
-    // shared-memory object cannot be written. With size 0 no object is
-    // created.
+    // shared-memory object cannot be written. With size 0 an empty object
+    // is created, which loads as no bytes.
     bool setBinaryData(const char* data, std::size_t size, bool compress);
 
     // Saves `entities` through the ACIS binding (xch_api_acis, see

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 
+#include <logging/vx_link_logger.h>
 #include <xch_api/xch_api_compressor.h>
 #include <xch_api/xch_api_limits.h>
 
@@ -60,8 +61,15 @@ void ExcSharedByteBuffer::seek(std::size_t offset) {
 
 void ExcSharedByteBuffer::flush(bool compress) {
     m_sharedBuffer = std::make_unique<mp::SharedBuffer<char>>(m_name, mp::SharedBuffer<char>::OpenMode::Create);
-    if (m_stream.empty()) return;
-    if (compress) {
+    // Logged before the object exists, so that a log names every object a
+    // process may leave behind, even when it dies while writing it.
+    VX_LOG(vx_link::LevelDebug, "Writing shared memory geometry " << vx_link::utf8(m_name) << " of "
+                                                                   << m_stream.size() << " bytes");
+    if (m_stream.empty()) {
+        // No bytes still make an object (empty), so that the consumer's
+        // load finds what the producer was told it sent.
+        m_sharedBuffer->write(nullptr, 0);
+    } else if (compress) {
         std::vector<char> packed;
         Compressor::compress(packed, m_stream.data(), m_stream.size(), -1, Compressor::Zlib);
         m_sharedBuffer->write(packed.data(), packed.size());

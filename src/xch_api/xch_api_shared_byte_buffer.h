@@ -49,8 +49,8 @@ public:
     // ---- shared memory
 
     // Copies the staged bytes into a new shared-memory object named name(),
-    // as a zlib stream when `compress` is set. With no staged bytes no
-    // object is written. Throws mp::SharedMemoryException when the object
+    // as a zlib stream when `compress` is set. With no staged bytes the
+    // object is created empty (and loads as empty). Throws mp::SharedMemoryException when the object
     // cannot be written, std::runtime_error when compression fails.
     void flush(bool compress);
 
