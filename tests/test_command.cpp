@@ -115,7 +115,14 @@ TEST(Command, JobOptionsLogWhatTheyReadAndSkipUnusableSets) {
     EXPECT_EQ(toJsonText(exported),
               L"{\"file\":\"out.igs\",\"format_version\":\"5.3\",\"geometry_flags\":3,\"format_options\":"
               L"[{\"operation_type\":\"export\",\"format_type\":\"IGES\",\"units\":\"millimeter\"}]}");
-    EXPECT_EQ(log.messages(2), Messages{"Invalid specific format options object, file out.igs"});
+    // The null set is refused when set, not when written.
+    EXPECT_EQ(log.messages(3), Messages{"ExportOptionsImpl: attempt to add null format options object."});
+    EXPECT_TRUE(log.messages(2).empty());
+    ExportOptionsImpl again(exported);
+    again.setFormatOptions(again.formatOptions()); // its own list: kept
+    again.setFormatOptions({nullptr});
+    EXPECT_TRUE(again.formatOptions().empty());
+    EXPECT_EQ(exported.formatOptions().size(), 1u);
 }
 
 TEST(Command, CommandsRoundTripWithTheirOptions) {

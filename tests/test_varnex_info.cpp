@@ -9,6 +9,7 @@
 #include <xch_api/xch_api_varnex_info.h>
 
 #include "support/json_text.h"
+#include "support/log_capture.h"
 #include "support/stream_text.h"
 
 using namespace xch;
@@ -62,10 +63,19 @@ TEST(VarnexInfo, ListsAppendShareAndRefuseOrSkipWhatIsNotAnObject) {
                    L" \"thirdparty_cores\": [\"core\", {\"name\": \"Kernel\"}]}");
     readText(info, L"{\"import_formats\": [{\"description\": \"JT\"}], \"export_formats\": {}}");
     auto shared = std::make_shared<Format>();
+    xch_test::LogCapture log(3);
     info.addImportFormat(nullptr);
     info.addThirdpartyCore(nullptr);
     info.addExportFormats({nullptr, shared, nullptr});
     info.addImportFormats(info.importFormats());
+    info.addExportFormat(nullptr);
+    info.addImportFormats({nullptr});
+    // Each null adds nothing and is logged.
+    const std::string nullFormat = "VarnexInfo: attempt to add null Export Format object.";
+    EXPECT_EQ(log.messages(), (std::vector<std::string>{
+                                  "VarnexInfo: attempt to add null Import Format object.",
+                                  "VarnexInfo: attempt to add null Thirdparty Core object.", nullFormat, nullFormat,
+                                  nullFormat, "VarnexInfo: attempt to add null Import Format object."}));
     std::wstring descriptions;
     for (const auto& f : info.importFormats()) descriptions += f->description() + L" ";
     EXPECT_EQ(descriptions, L"STEP IGES JT STEP IGES JT ");

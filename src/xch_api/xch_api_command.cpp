@@ -105,6 +105,13 @@ void addOptions(FormatOptionsList& list, const std::shared_ptr<IFormatOptions>& 
         VX_LOG(3, className << ": attempt to add null format options object.");
 }
 
+// Replaces `list` by the non-null sets of `options` (which may be `list`
+// itself); each null one is logged as addOptions does.
+void setOptions(FormatOptionsList& list, FormatOptionsList options, const char* className) {
+    list.clear();
+    for (const auto& set : options) addOptions(list, set, className);
+}
+
 } // namespace
 
 // ---- ImportOptionsImpl ---------------------------------------------------------------
@@ -123,7 +130,7 @@ void ImportOptionsImpl::members(Io& io, Self& self) {
 }
 
 void ImportOptionsImpl::setFormatOptions(const FormatOptionsList& options) {
-    if (&options != &m_formatOptions) m_formatOptions = options;
+    setOptions(m_formatOptions, options, "ImportOptionsImpl");
 }
 
 void ImportOptionsImpl::addFormatOptions(const std::shared_ptr<IFormatOptions>& options) {
@@ -154,7 +161,7 @@ void ExportOptionsImpl::members(Io& io, Self& self) {
 }
 
 void ExportOptionsImpl::setFormatOptions(const FormatOptionsList& options) {
-    if (&options != &m_formatOptions) m_formatOptions = options;
+    setOptions(m_formatOptions, options, "ExportOptionsImpl");
 }
 
 void ExportOptionsImpl::addFormatOptions(const std::shared_ptr<IFormatOptions>& options) {

@@ -49,6 +49,8 @@ public:
     virtual bool translateMiscData() const = 0;
     virtual void setTranslateMiscData(bool translate) = 0;
     virtual const FormatOptionsList& formatOptions() const = 0;
+    // Replaces the option sets by the non-null ones of `options`; each null
+    // entry is left out and logged as a warning.
     virtual void setFormatOptions(const FormatOptionsList& options) = 0;
     // Appends one option set; null is not added (a warning is logged).
     virtual void addFormatOptions(const std::shared_ptr<IFormatOptions>& options) = 0;
@@ -70,6 +72,8 @@ public:
     virtual std::uint32_t geometryFlags() const = 0;
     virtual void setGeometryFlags(std::uint32_t flags) = 0;
     virtual const FormatOptionsList& formatOptions() const = 0;
+    // Replaces the option sets by the non-null ones of `options`; each null
+    // entry is left out and logged as a warning.
     virtual void setFormatOptions(const FormatOptionsList& options) = 0;
     // Appends one option set; null is not added (a warning is logged).
     virtual void addFormatOptions(const std::shared_ptr<IFormatOptions>& options) = 0;

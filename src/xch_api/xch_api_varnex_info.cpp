@@ -190,15 +190,21 @@ T& appendNew(std::vector<std::shared_ptr<T>>& list) {
     return *list.back();
 }
 
+// Appends `element`; a null one adds nothing and is logged as
+// "VarnexInfo: attempt to add null <what> object.".
 template <class T>
-void appendSet(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<T>& element) {
-    if (element) list.push_back(element);
+void appendSet(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<T>& element, const char* what) {
+    if (element)
+        list.push_back(element);
+    else
+        VX_LOG(vx_link::LevelWarning, "VarnexInfo: attempt to add null " << what << " object.");
 }
 
-// Appends the non-null elements of `elements` (which may be `list` itself).
+// Appends the elements of `elements` (which may be `list` itself), each as
+// appendSet does.
 template <class T>
-void appendAll(std::vector<std::shared_ptr<T>>& list, std::vector<std::shared_ptr<T>> elements) {
-    for (const auto& element : elements) appendSet(list, element);
+void appendAll(std::vector<std::shared_ptr<T>>& list, std::vector<std::shared_ptr<T>> elements, const char* what) {
+    for (const auto& element : elements) appendSet(list, element, what);
 }
 
 } // namespace
@@ -222,23 +228,23 @@ Format& VarnexInfo::newImportFormat() { return appendNew(m_importFormats); }
 Format& VarnexInfo::newExportFormat() { return appendNew(m_exportFormats); }
 
 void VarnexInfo::addThirdpartyCore(const std::shared_ptr<ThirdpartyCore>& core) {
-    appendSet(m_thirdpartyCores, core);
+    appendSet(m_thirdpartyCores, core, "Thirdparty Core");
 }
 
 void VarnexInfo::addImportFormat(const std::shared_ptr<Format>& format) {
-    appendSet(m_importFormats, format);
+    appendSet(m_importFormats, format, "Import Format");
 }
 
 void VarnexInfo::addExportFormat(const std::shared_ptr<Format>& format) {
-    appendSet(m_exportFormats, format);
+    appendSet(m_exportFormats, format, "Export Format");
 }
 
 void VarnexInfo::addImportFormats(const std::vector<std::shared_ptr<Format>>& formats) {
-    appendAll(m_importFormats, formats);
+    appendAll(m_importFormats, formats, "Import Format");
 }
 
 void VarnexInfo::addExportFormats(const std::vector<std::shared_ptr<Format>>& formats) {
-    appendAll(m_exportFormats, formats);
+    appendAll(m_exportFormats, formats, "Export Format");
 }
 
 void VarnexInfo::writeObject(std::wostream& out) const {

@@ -172,8 +172,9 @@ public:
     Format& newImportFormat();
     Format& newExportFormat();
 
-    // Append the given objects (shared, not copied); null pointers are
-    // ignored.
+    // Append the given objects (shared, not copied); each null pointer adds
+    // nothing and logs the warning "VarnexInfo: attempt to add null Import
+    // Format object." (Export Format, Thirdparty Core).
     void addThirdpartyCore(const std::shared_ptr<ThirdpartyCore>& core);
     void addImportFormat(const std::shared_ptr<Format>& format);
     void addExportFormat(const std::shared_ptr<Format>& format);
