@@ -1,5 +1,8 @@
 #include "frames.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <stdexcept>
 #include <vector>
 
@@ -8,35 +11,64 @@
 #if defined(_WIN32)
 #  include <fcntl.h>
 #  include <io.h>
+#else
+#  include <csignal>
 #endif
 
 namespace example {
 
-void useBinaryStandardStreams() {
+namespace {
+
+// Frames larger than this are refused.
+const unsigned long long kMaxFrame = 1ull << 30;
+// Bytes read at a time: a frame's buffer grows by at most this much beyond
+// what actually arrived.
+const std::size_t kChunk = 1 << 20;
+
+[[noreturn]] void writeFailed() {
+    throw std::runtime_error(std::string("cannot write a frame: ") + (errno ? std::strerror(errno) : "output closed"));
+}
+
+} // namespace
+
+void prepareStandardStreams() {
 #if defined(_WIN32)
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
+#else
+    std::signal(SIGPIPE, SIG_IGN);
 #endif
 }
 
 void writeFrame(std::FILE* out, const std::string& kind, const std::wstring& text) {
     std::string bytes = xch::toUtf8(text);
-    std::fprintf(out, "%s %zu\n", kind.c_str(), bytes.size());
-    std::fwrite(bytes.data(), 1, bytes.size(), out);
-    std::fflush(out);
+    errno = 0;
+    if (std::fprintf(out, "%s %zu\n", kind.c_str(), bytes.size()) < 0) writeFailed();
+    if (std::fwrite(bytes.data(), 1, bytes.size(), out) != bytes.size()) writeFailed();
+    if (std::fflush(out) != 0) writeFailed();
 }
 
 bool readFrame(std::FILE* in, std::string& kind, std::wstring& text) {
     char header[64];
     if (!std::fgets(header, sizeof header, in))
         return false;
+    std::size_t length = std::strlen(header);
+    if (length == 0 || header[length - 1] != '\n') {
+        if (std::feof(in) || std::ferror(in)) throw std::runtime_error("input ended inside a frame");
+        throw std::runtime_error("malformed frame header");
+    }
     char name[32];
     unsigned long long size = 0;
-    if (std::sscanf(header, "%31s %llu", name, &size) != 2 || size > (1ull << 30))
+    if (std::sscanf(header, "%31s %llu", name, &size) != 2 || size > kMaxFrame)
         throw std::runtime_error("malformed frame header");
-    std::vector<char> bytes(static_cast<std::size_t>(size));
-    if (std::fread(bytes.data(), 1, bytes.size(), in) != bytes.size())
-        throw std::runtime_error("truncated frame");
+    std::vector<char> bytes;
+    while (bytes.size() < size) {
+        std::size_t want = static_cast<std::size_t>(std::min<unsigned long long>(size - bytes.size(), kChunk));
+        std::size_t have = bytes.size();
+        bytes.resize(have + want);
+        std::size_t got = std::fread(bytes.data() + have, 1, want, in);
+        if (got != want) throw std::runtime_error("input ended inside a frame");
+    }
     kind = name;
     text = xch::fromUtf8(bytes.data(), bytes.size());
     return true;

@@ -2,6 +2,10 @@
 // frame is a header line "<kind> <byte count>" followed by that many bytes,
 // the UTF-8 text of one JSON document. Kinds: "command" (host to worker),
 // "info", "envelope" and "result" (worker to host).
+//
+// The peer may die at any moment. Nothing here waits for it forever: its
+// death ends our input (end of file) and makes our writes fail, and both
+// are reported as errors instead of ending the process silently.
 #pragma once
 
 #include <cstdio>
@@ -9,14 +13,20 @@
 
 namespace example {
 
-// Puts stdin and stdout into binary mode (Windows), so frames pass intact.
-void useBinaryStandardStreams();
+// Prepares standard input and output for frames: binary mode (Windows), and
+// on POSIX systems a write to a peer that has gone fails with an error
+// (EPIPE) instead of killing this process with SIGPIPE.
+void prepareStandardStreams();
 
-// Writes one frame and flushes.
+// Writes one frame and flushes. Throws std::runtime_error "cannot write a
+// frame: <reason>" when the peer has gone.
 void writeFrame(std::FILE* out, const std::string& kind, const std::wstring& text);
 
-// Reads one frame; false at end of input. Throws std::runtime_error on a
-// malformed frame.
+// Reads one frame; false when the input ends between frames. Throws
+// std::runtime_error "input ended inside a frame" when it ends within one
+// (the peer died while writing it), "malformed frame header" on anything
+// that is not a frame. Memory grows with the bytes that arrive, never from
+// the declared size alone.
 bool readFrame(std::FILE* in, std::string& kind, std::wstring& text);
 
 } // namespace example

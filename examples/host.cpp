@@ -13,6 +13,7 @@
 #include <exception>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include <xch_api/xch_api_block_geometry.h>
@@ -86,6 +87,7 @@ void report(const std::shared_ptr<IExchangeObject>& object) {
 }
 
 // Reads answers until the worker's final Result; returns whether it is Ok.
+// Throws std::runtime_error when the worker's output ends before it.
 bool receiveUntilFinished() {
     std::string kind;
     std::wstring text;
@@ -116,14 +118,13 @@ bool receiveUntilFinished() {
                 return result.code() == Result::Ok;
         }
     }
-    say(L"the worker ended without a result");
-    return false;
+    throw std::runtime_error("the worker ended without a result");
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    example::useBinaryStandardStreams();
+    example::prepareStandardStreams();
     const std::wstring file = argc > 1 ? fromUtf8(argv[1], std::strlen(argv[1])) : L"bracket.stp";
     try {
         Command info;

@@ -8,12 +8,17 @@
 //   export -> a Result with a warning (this worker does not write files)
 // It translates nothing: the block geometry is made-up bytes standing in
 // for the ACIS data of a real import.
+//
+//   xch_worker [--log FILE]   with a debug log (names every shared-memory
+//                             object before it is created)
+#include <cstdio>
 #include <cstring>
 #include <exception>
 #include <memory>
 #include <sstream>
 #include <vector>
 
+#include <logging/vx_link_logger.h>
 #include <xch_api/xch_api_block_geometry.h>
 #include <xch_api/xch_api_command.h>
 #include <xch_api/xch_api_exchange_wrapper.h>
@@ -105,8 +110,16 @@ void runImport(const ImportOptions& options) {
 
 } // namespace
 
-int main() {
-    example::useBinaryStandardStreams();
+int main(int argc, char** argv) {
+    example::prepareStandardStreams();
+    if (argc == 3 && std::strcmp(argv[1], "--log") == 0) {
+        // Debug level: the log names every shared-memory object this worker
+        // creates, before it creates it.
+        vx_link::LoggerHolder::initLogger(vx_link::LevelDebug, argv[2]);
+    } else if (argc != 1) {
+        std::fprintf(stderr, "usage: xch_worker [--log FILE]\n");
+        return 2;
+    }
     std::string kind;
     std::wstring text;
     try {
