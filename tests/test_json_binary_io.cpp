@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstring>
 #include <random>
 #include <sstream>
 #include <string>
@@ -8,6 +11,7 @@
 #include <xch_api/xch_api_json_text_io.h>
 
 #include "support/hex.h"
+#include "support/random_json.h"
 
 using xch::JsonBinaryIO;
 using xch::JsonDocument;
@@ -34,8 +38,6 @@ std::string encode(const JsonDocument& doc) {
     JsonBinaryIO::write(bytes, doc);
     return bytes;
 }
-
-} // namespace
 
 // Golden encodings, identical on every platform (strings are UTF-16LE).
 TEST(JsonBinaryIO, GoldenEncodingsBothWaysThroughBuffersAndStreams) {
@@ -73,25 +75,72 @@ TEST(JsonBinaryIO, GoldenEncodingsBothWaysThroughBuffersAndStreams) {
     }
 }
 
-TEST(JsonBinaryIO, RandomDocumentsRoundTrip) {
-    std::mt19937_64 rng(12345);
-    for (int round = 0; round < 50; ++round) {
-        JsonDocument doc;
-        auto& a = doc.GetAllocator();
-        doc.SetArray();
-        for (int i = 0; i < 20; ++i) {
-            std::wstring s(rng() % 30, L' ');
-            for (wchar_t& c : s) c = static_cast<wchar_t>(0x20 + rng() % 0x2000);
-            xch::JsonValue values[] = {xch::JsonValue(static_cast<int>(rng())), xch::JsonValue(std::uint64_t(rng())),
-                                       xch::JsonValue(-static_cast<std::int64_t>(rng() >> 1)),
-                                       xch::JsonValue(std::ldexp(rng() % 1000000 * 1.0, static_cast<int>(rng() % 200) - 100))};
-            for (xch::JsonValue& v : values) doc.PushBack(v, a);
-            doc.PushBack(xch::JsonValue(s.c_str(), static_cast<rapidjson::SizeType>(s.size()), a), a);
+// The encoding written the plain way, value by value, byte by byte, as a
+// reference for the optimised encoder.
+void referenceEncode(std::string& out, const xch::JsonValue& v) {
+    auto le = [&](std::uint64_t x, int n) {
+        for (int i = 0; i < n; ++i) out += static_cast<char>(x >> (8 * i));
+    };
+    auto str = [&](const wchar_t* s, std::size_t n) {
+        std::vector<std::uint16_t> units;
+        for (std::size_t i = 0; i < n; ++i) {
+            std::uint32_t c = static_cast<std::uint32_t>(s[i]);
+            if (c > 0xFFFF) {
+                c = std::min<std::uint32_t>(c, 0x10FFFF) - 0x10000;
+                units.push_back(static_cast<std::uint16_t>(0xD800 + (c >> 10)));
+                units.push_back(static_cast<std::uint16_t>(0xDC00 + (c & 0x3FF)));
+            } else {
+                units.push_back(static_cast<std::uint16_t>(c));
+            }
         }
-        std::string bytes = encode(doc);
+        out += '\x05';
+        le(units.size(), 8);
+        for (std::uint16_t u : units) le(u, 2);
+    };
+    auto container = [&](char tag, auto&& body) {
+        out += tag;
+        const std::size_t at = out.size();
+        out.append(8, '\0');
+        body();
+        const std::uint64_t size = out.size() - at - 8;
+        for (int i = 0; i < 8; ++i) out[at + i] = static_cast<char>(size >> (8 * i));
+    };
+    if (v.IsNull()) out += '\x00';
+    else if (v.IsFalse()) out += '\x01';
+    else if (v.IsTrue()) out += '\x02';
+    else if (v.IsString()) str(v.GetString(), v.GetStringLength());
+    else if (v.IsInt()) { out += '\x06'; le(static_cast<std::uint32_t>(v.GetInt()), 4); }
+    else if (v.IsUint()) { out += '\x07'; le(v.GetUint(), 4); }
+    else if (v.IsInt64()) { out += '\x08'; le(static_cast<std::uint64_t>(v.GetInt64()), 8); }
+    else if (v.IsUint64()) { out += '\x09'; le(v.GetUint64(), 8); }
+    else if (v.IsDouble()) { double d = v.GetDouble(); std::uint64_t bits; std::memcpy(&bits, &d, 8); out += '\x0a'; le(bits, 8); }
+    else if (v.IsObject())
+        container('\x03', [&] { for (const auto& m : v.GetObject()) { str(m.name.GetString(), m.name.GetStringLength()); referenceEncode(out, m.value); } });
+    else
+        container('\x04', [&] { for (const auto& e : v.GetArray()) referenceEncode(out, e); });
+}
+
+} // namespace
+
+TEST(JsonBinaryIO, RandomDocumentsMatchThePlainEncodingAndRoundTrip) {
+    std::mt19937_64 rng(12345);
+    for (int round = 0; round < 300; ++round) {
+        JsonDocument doc;
+        if (round % 2) xch_test::randomJson(rng, doc, doc.GetAllocator());
+        else xch_test::randomJsonDocument(rng, doc);
+        std::string expected;
+        referenceEncode(expected, doc);
+        const std::string bytes = encode(doc);
+        ASSERT_EQ(toHex(bytes), toHex(expected));
         JsonDocument back;
-        JsonBinaryIO::read(bytes.data(), bytes.size(), back);
-        ASSERT_EQ(compact(back), compact(doc));
+        ASSERT_EQ(JsonBinaryIO::read(bytes.data(), bytes.size(), back), bytes.size());
+        // Decoding keeps every number's form; characters beyond U+10FFFF
+        // (not characters) come back as U+10FFFF, so compare encodings.
+        ASSERT_EQ(toHex(encode(back)), toHex(bytes));
+        std::istringstream in(bytes);
+        JsonDocument fromStream;
+        JsonBinaryIO::read(in, fromStream);
+        ASSERT_EQ(encode(fromStream), bytes);
     }
 }
 

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include <xch_api/internal/byte_order.h>
+#include <xch_api/internal/utf16_units.h>
 #include <xch_api/xch_api_limits.h>
 
 namespace xch {
@@ -27,191 +29,146 @@ enum Tag : std::uint8_t {
 
 const char* const kTooDeep = "JsonBinaryIO: Nesting deeper than the depth limit";
 const char* const kTooLarge = "JsonBinaryIO: Decoded document larger than the limit for its encoded size";
-
-template <class T>
-void storeLE(unsigned char* out, T value) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &value, sizeof(T));
-    for (std::size_t i = 0; i < sizeof(T); ++i)
-        out[i] = static_cast<unsigned char>(bits >> (8 * i));
-}
-
-template <class T>
-T loadLE(const unsigned char* in) {
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < sizeof(T); ++i)
-        bits |= static_cast<std::uint64_t>(in[i]) << (8 * i);
-    T value;
-    std::memcpy(&value, &bits, sizeof(T));
-    return value;
-}
+const char* const kNoType = "JsonBinaryIO: Failed to parse all bytes of type";
+const char* const kShortNumber = "JsonBinaryIO: Failed to read all the number of bytes";
+const char* const kShortString = "JsonBinaryIO: Failed to read all the bytes of string";
 
 // ---- writing ----------------------------------------------------------------
+//
+// Two passes over the tree: the first measures the encoding exactly (and
+// refuses what cannot be written before anything is), the second writes
+// into memory sized once, with no bounds checks per value. Object and array
+// byte counts are patched in place when each closes.
 
-// Appends to a string; counts are patched in place.
-class StringSink {
-public:
-    explicit StringSink(std::string& out) : m_out(out) {}
-    std::uint64_t position() const { return m_out.size(); }
-    void put(const void* data, std::size_t size) { m_out.append(static_cast<const char*>(data), size); }
-    void patch(std::uint64_t at, const unsigned char (&bytes)[8]) {
-        std::memcpy(&m_out[static_cast<std::size_t>(at)], bytes, 8);
+// The encoded size of a number, or 0 when it has none of the five forms.
+std::uint64_t numberSize(const JsonValue& v) {
+    if (v.IsInt() || v.IsUint()) return 5;
+    if (v.IsInt64() || v.IsUint64() || v.IsDouble()) return 9;
+    return 0;
+}
+
+std::uint64_t measure(const JsonValue& v, std::size_t depth) {
+    switch (v.GetType()) {
+    case rapidjson::kNullType:
+    case rapidjson::kFalseType:
+    case rapidjson::kTrueType: return 1;
+    case rapidjson::kStringType: return 9 + 2 * std::uint64_t(utf16::unitCount(v.GetString(), v.GetStringLength()));
+    case rapidjson::kNumberType: {
+        const std::uint64_t size = numberSize(v);
+        if (!size) throw std::invalid_argument("JsonBinaryIO: Unknown number type");
+        return size;
     }
-
-private:
-    std::string& m_out;
-};
-
-// Writes to a seekable byte stream; counts are patched by seeking back.
-class StreamSink {
-public:
-    explicit StreamSink(std::ostream& out) : m_out(out) {}
-    std::uint64_t position() const { return static_cast<std::uint64_t>(std::streamoff(m_out.tellp())); }
-    void put(const void* data, std::size_t size) {
-        m_out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
+    case rapidjson::kObjectType: {
+        if (depth >= limits::kMaxJsonDepth) throw std::length_error(kTooDeep);
+        std::uint64_t size = 9;
+        for (const auto& member : v.GetObject()) {
+            size += 9 + 2 * std::uint64_t(utf16::unitCount(member.name.GetString(), member.name.GetStringLength()));
+            size += measure(member.value, depth + 1);
+        }
+        return size;
     }
-    void patch(std::uint64_t at, const unsigned char (&bytes)[8]) {
-        auto end = m_out.tellp();
-        m_out.seekp(static_cast<std::streamoff>(at));
-        put(bytes, 8);
-        m_out.seekp(end);
+    case rapidjson::kArrayType: {
+        if (depth >= limits::kMaxJsonDepth) throw std::length_error(kTooDeep);
+        std::uint64_t size = 9;
+        for (const auto& element : v.GetArray()) size += measure(element, depth + 1);
+        return size;
     }
+    }
+    return 0; // a value of no known kind writes nothing
+}
 
-private:
-    std::ostream& m_out;
-};
-
-template <class Sink>
 class Encoder {
 public:
-    explicit Encoder(Sink& sink) : m_sink(sink) {}
+    explicit Encoder(unsigned char* out) : m_p(out) {}
 
-    void value(const JsonValue& v, std::size_t depth) {
+    unsigned char* end() const { return m_p; }
+
+    void value(const JsonValue& v) {
         switch (v.GetType()) {
-        case rapidjson::kNullType: tag(TagNull); break;
-        case rapidjson::kFalseType: tag(TagFalse); break;
-        case rapidjson::kTrueType: tag(TagTrue); break;
+        case rapidjson::kNullType: *m_p++ = TagNull; break;
+        case rapidjson::kFalseType: *m_p++ = TagFalse; break;
+        case rapidjson::kTrueType: *m_p++ = TagTrue; break;
         case rapidjson::kStringType: string(v.GetString(), v.GetStringLength()); break;
         case rapidjson::kNumberType: number(v); break;
         case rapidjson::kObjectType: {
-            std::uint64_t placeholder = open(TagObject, depth);
+            unsigned char* count = open(TagObject);
             for (const auto& member : v.GetObject()) {
                 string(member.name.GetString(), member.name.GetStringLength());
-                value(member.value, depth + 1);
+                value(member.value);
             }
-            close(placeholder);
+            close(count);
             break;
         }
         case rapidjson::kArrayType: {
-            std::uint64_t placeholder = open(TagArray, depth);
-            for (const auto& element : v.GetArray())
-                value(element, depth + 1);
-            close(placeholder);
+            unsigned char* count = open(TagArray);
+            for (const auto& element : v.GetArray()) value(element);
+            close(count);
             break;
         }
         }
     }
 
 private:
-    void tag(Tag t) {
-        unsigned char byte = t;
-        m_sink.put(&byte, 1);
-    }
-
     template <class T>
     void scalar(Tag t, T x) {
-        unsigned char bytes[1 + sizeof(T)];
-        bytes[0] = t;
-        storeLE(bytes + 1, x);
-        m_sink.put(bytes, sizeof bytes);
+        *m_p = t;
+        bytes::storeLE(m_p + 1, x);
+        m_p += 1 + sizeof(T);
     }
 
+    // The first of int32, uint32, int64, uint64, double that holds the value.
     void number(const JsonValue& v) {
         if (v.IsInt()) scalar(TagInt32, static_cast<std::int32_t>(v.GetInt()));
         else if (v.IsUint()) scalar(TagUint32, static_cast<std::uint32_t>(v.GetUint()));
         else if (v.IsInt64()) scalar(TagInt64, static_cast<std::int64_t>(v.GetInt64()));
         else if (v.IsUint64()) scalar(TagUint64, static_cast<std::uint64_t>(v.GetUint64()));
-        else if (v.IsDouble()) scalar(TagDouble, v.GetDouble());
-        else throw std::invalid_argument("JsonBinaryIO: Unknown number type");
+        else scalar(TagDouble, v.GetDouble());
     }
 
-    std::uint64_t open(Tag t, std::size_t depth) {
-        if (depth >= limits::kMaxJsonDepth)
-            throw std::length_error(kTooDeep);
-        unsigned char bytes[9] = {t};
-        m_sink.put(bytes, sizeof bytes);
-        return m_sink.position();
+    unsigned char* open(Tag t) {
+        *m_p = t;
+        m_p += 9;
+        return m_p - 8;
     }
 
-    void close(std::uint64_t afterPlaceholder) {
-        unsigned char count[8];
-        storeLE(count, m_sink.position() - afterPlaceholder);
-        m_sink.patch(afterPlaceholder - 8, count);
-    }
+    void close(unsigned char* count) { bytes::storeLE(count, static_cast<std::uint64_t>(m_p - (count + 8))); }
 
-    // The string as UTF-16LE code units, converted block by block.
     void string(const wchar_t* text, std::size_t length) {
-        std::uint64_t units = length;
-        if constexpr (sizeof(wchar_t) == 4) {
-            for (std::size_t i = 0; i < length; ++i)
-                if (static_cast<std::uint32_t>(text[i]) > 0xFFFF) ++units;
-        }
-        scalar(TagString, units);
-
-        unsigned char block[8192];
-        std::size_t used = 0;
-        auto unit = [&](std::uint32_t u) {
-            if (used + 2 > sizeof block) {
-                m_sink.put(block, used);
-                used = 0;
-            }
-            block[used++] = static_cast<unsigned char>(u);
-            block[used++] = static_cast<unsigned char>(u >> 8);
-        };
-        for (std::size_t i = 0; i < length; ++i) {
-            std::uint32_t c = static_cast<std::uint32_t>(text[i]);
-            if (sizeof(wchar_t) == 4 && c > 0xFFFF) {
-                if (c > 0x10FFFF) c = 0x10FFFF; // not a character; keep the count right
-                c -= 0x10000;
-                unit(0xD800 + (c >> 10));
-                unit(0xDC00 + (c & 0x3FF));
-            } else {
-                unit(c & 0xFFFF);
-            }
-        }
-        if (used) m_sink.put(block, used);
+        const std::size_t units = utf16::unitCount(text, length);
+        scalar(TagString, static_cast<std::uint64_t>(units));
+        utf16::store(m_p, text, length, units);
+        m_p += 2 * units;
     }
 
-    Sink& m_sink;
+    unsigned char* m_p;
 };
 
 // ---- reading ----------------------------------------------------------------
+//
+// The decoded values go onto the document's own parse stack and are moved
+// into place when their array or object closes (the document's SAX handler
+// interface, as its text parser does): every array and object is allocated
+// once at its final size.
 
 // Bytes from memory.
 class SpanSource {
 public:
     SpanSource(const char* data, std::size_t size)
-        : m_data(reinterpret_cast<const unsigned char*>(data)), m_size(size) {}
-    std::uint64_t position() const { return m_pos; }
-    std::uint64_t available() const { return m_size - m_pos; }
-    // Takes up to `size` bytes; returns how many were taken.
-    std::size_t take(unsigned char* out, std::size_t size) {
-        std::size_t n = size < m_size - m_pos ? size : m_size - m_pos;
-        if (n) std::memcpy(out, m_data + m_pos, n);
-        m_pos += n;
-        return n;
-    }
-    // Takes exactly `size` bytes (known to be available) without copying.
-    const unsigned char* takeInPlace(std::size_t size, std::vector<unsigned char>&) {
-        const unsigned char* at = m_data + m_pos;
-        m_pos += size;
+        : m_begin(reinterpret_cast<const unsigned char*>(data)), m_p(m_begin), m_end(m_begin + size) {}
+    std::uint64_t position() const { return static_cast<std::uint64_t>(m_p - m_begin); }
+    std::uint64_t available() const { return static_cast<std::uint64_t>(m_end - m_p); }
+    // The next `size` bytes, or null when fewer remain.
+    const unsigned char* take(std::size_t size) {
+        if (static_cast<std::size_t>(m_end - m_p) < size) return nullptr;
+        const unsigned char* at = m_p;
+        m_p += size;
         return at;
     }
 
 private:
-    const unsigned char* m_data;
-    std::size_t m_size;
-    std::size_t m_pos = 0;
+    const unsigned char* m_begin;
+    const unsigned char* m_p;
+    const unsigned char* m_end;
 };
 
 // Bytes that an in-memory stream has available.
@@ -223,159 +180,170 @@ public:
         std::streamsize n = m_in.rdbuf() ? m_in.rdbuf()->in_avail() : 0;
         return n > 0 ? static_cast<std::uint64_t>(n) : 0;
     }
-    // Takes exactly `size` bytes (known to be available) into `scratch`.
-    const unsigned char* takeInPlace(std::size_t size, std::vector<unsigned char>& scratch) {
-        scratch.resize(size);
-        if (take(scratch.data(), size) != size)
-            throw std::length_error("JsonBinaryIO: Failed to read all the bytes of string");
-        return scratch.data();
-    }
-    std::size_t take(unsigned char* out, std::size_t size) {
+    const unsigned char* take(std::size_t size) {
+        if (m_scratch.size() < size) m_scratch.resize(size);
         std::size_t done = 0;
         while (done < size) {
-            std::streamsize n = m_in.readsome(reinterpret_cast<char*>(out + done),
+            std::streamsize n = m_in.readsome(reinterpret_cast<char*>(m_scratch.data() + done),
                                               static_cast<std::streamsize>(size - done));
             if (n <= 0) break;
             done += static_cast<std::size_t>(n);
         }
         m_pos += done;
-        return done;
+        return done == size ? m_scratch.data() : nullptr;
     }
 
 private:
     std::istream& m_in;
     std::uint64_t m_pos = 0;
+    std::vector<unsigned char> m_scratch;
 };
 
+// Generator for JsonDocument::Populate: sends the decoded values to the
+// document's handler.
 template <class Source>
 class Decoder {
 public:
-    Decoder(Source& source, JsonAllocator& allocator)
-        : m_source(source), m_allocator(allocator), m_budget(limits::maxDecodedBytes(source.available())) {}
+    explicit Decoder(Source& source) : m_source(source), m_budget(limits::maxDecodedBytes(source.available())) {}
 
-    void value(JsonValue& out, std::size_t depth) {
+    bool operator()(JsonDocument& handler) {
+        value(handler, 0);
+        return true;
+    }
+
+private:
+    void value(JsonDocument& h, std::size_t depth) {
+        const unsigned char* t = m_source.take(1);
+        if (!t) throw std::length_error(kNoType);
+        valueAfterTag(h, *t, depth);
+    }
+
+    void valueAfterTag(JsonDocument& h, unsigned char tag, std::size_t depth) {
         charge(sizeof(JsonValue));
-        unsigned char t;
-        if (m_source.take(&t, 1) != 1)
-            throw std::length_error("JsonBinaryIO: Failed to parse all bytes of type");
-        switch (t) {
-        case TagNull: out.SetNull(); break;
-        case TagFalse: out.SetBool(false); break;
-        case TagTrue: out.SetBool(true); break;
+        switch (tag) {
+        case TagNull: h.Null(); break;
+        case TagFalse: h.Bool(false); break;
+        case TagTrue: h.Bool(true); break;
         case TagObject: {
-            std::uint64_t end = containerEnd(depth);
-            out.SetObject();
+            const std::uint64_t end = containerEnd(depth);
+            h.StartObject();
+            std::uint64_t members = 0;
             while (m_source.position() < end) {
-                JsonValue name, member;
-                value(name, depth + 1);
-                if (!name.IsString())
-                    throw std::invalid_argument("JsonBinaryIO: Object member name is not a string");
-                value(member, depth + 1);
-                out.AddMember(name, member, m_allocator);
+                name(h, depth + 1);
+                value(h, depth + 1);
+                ++members;
             }
+            h.EndObject(count(members));
             break;
         }
         case TagArray: {
-            std::uint64_t end = containerEnd(depth);
-            out.SetArray();
+            const std::uint64_t end = containerEnd(depth);
+            h.StartArray();
+            std::uint64_t elements = 0;
             while (m_source.position() < end) {
-                JsonValue element;
-                value(element, depth + 1);
-                out.PushBack(element, m_allocator);
+                value(h, depth + 1);
+                ++elements;
             }
+            h.EndArray(count(elements));
             break;
         }
-        case TagString: string(out); break;
-        case TagInt32: out.SetInt(number<std::int32_t>()); break;
-        case TagUint32: out.SetUint(number<std::uint32_t>()); break;
-        case TagInt64: out.SetInt64(number<std::int64_t>()); break;
-        case TagUint64: out.SetUint64(number<std::uint64_t>()); break;
-        case TagDouble: out.SetDouble(number<double>()); break;
+        case TagString: string(h); break;
+        case TagInt32: h.Int(number<std::int32_t>()); break;
+        case TagUint32: h.Uint(number<std::uint32_t>()); break;
+        case TagInt64: h.Int64(number<std::int64_t>()); break;
+        case TagUint64: h.Uint64(number<std::uint64_t>()); break;
+        case TagDouble: h.Double(number<double>()); break;
         default: throw std::invalid_argument("JsonBinaryIO: Unknown value type");
         }
     }
 
-private:
-    // Counts `bytes` of tree against what the input's size allows.
+    // A member name: a string value. Any other value is decoded first (so
+    // that its own faults are reported as such) and then refused.
+    void name(JsonDocument& h, std::size_t depth) {
+        const unsigned char* t = m_source.take(1);
+        if (!t) throw std::length_error(kNoType);
+        const unsigned char tag = *t;
+        valueAfterTag(h, tag, depth);
+        if (tag != TagString) throw std::invalid_argument("JsonBinaryIO: Object member name is not a string");
+    }
+
     void charge(std::uint64_t bytes) {
         if (bytes > m_budget) throw std::length_error(kTooLarge);
         m_budget -= bytes;
     }
 
+    static rapidjson::SizeType count(std::uint64_t n) {
+        if (n > 0xFFFFFFFFu) throw std::length_error(kTooLarge);
+        return static_cast<rapidjson::SizeType>(n);
+    }
+
     template <class T>
     T number() {
-        unsigned char bytes[sizeof(T)];
-        if (m_source.take(bytes, sizeof bytes) != sizeof bytes)
-            throw std::length_error("JsonBinaryIO: Failed to read all the number of bytes");
-        return loadLE<T>(bytes);
+        const unsigned char* bytes = m_source.take(sizeof(T));
+        if (!bytes) throw std::length_error(kShortNumber);
+        return bytes::loadLE<T>(bytes);
     }
 
     std::uint64_t containerEnd(std::size_t depth) {
-        if (depth >= limits::kMaxJsonDepth)
-            throw std::length_error(kTooDeep);
-        std::uint64_t count = number<std::uint64_t>();
-        std::uint64_t position = m_source.position();
+        if (depth >= limits::kMaxJsonDepth) throw std::length_error(kTooDeep);
+        const std::uint64_t count = number<std::uint64_t>();
+        const std::uint64_t position = m_source.position();
         return count > UINT64_MAX - position ? UINT64_MAX : position + count;
     }
 
-    void string(JsonValue& out) {
-        std::uint64_t units = number<std::uint64_t>();
+    void string(JsonDocument& h) {
+        const std::uint64_t units = number<std::uint64_t>();
         // Checked before anything is allocated from the declared length.
-        if (units > m_source.available() / 2)
-            throw std::length_error("JsonBinaryIO: Failed to read all the bytes of string");
-        if (units > 0xFFFFFFFFu)
-            throw std::length_error("JsonBinaryIO: String longer than a JSON value can hold");
-        std::size_t count = static_cast<std::size_t>(units);
+        if (units > m_source.available() / 2) throw std::length_error(kShortString);
+        if (units > 0xFFFFFFFFu) throw std::length_error("JsonBinaryIO: String longer than a JSON value can hold");
         charge(units * sizeof(wchar_t));
-        const unsigned char* bytes = m_source.takeInPlace(count * 2, m_bytes);
-        m_text.resize(count);
-        std::size_t length = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            std::uint32_t c = bytes[2 * i] | (static_cast<std::uint32_t>(bytes[2 * i + 1]) << 8);
-            if (sizeof(wchar_t) == 4 && c >= 0xD800 && c <= 0xDBFF && i + 1 < count) {
-                std::uint32_t low = bytes[2 * i + 2] | (static_cast<std::uint32_t>(bytes[2 * i + 3]) << 8);
-                if (low >= 0xDC00 && low <= 0xDFFF) {
-                    c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
-                    ++i;
-                }
-            }
-            m_text[length++] = static_cast<wchar_t>(c);
-        }
-        // An empty scratch buffer has no data pointer; rapidjson wants one.
-        out.SetString(length ? m_text.data() : L"", static_cast<rapidjson::SizeType>(length), m_allocator);
+        const std::size_t n = static_cast<std::size_t>(units);
+        const unsigned char* bytes = m_source.take(2 * n);
+        if (!bytes) throw std::length_error(kShortString);
+        if (m_text.size() < n + 1) m_text.resize(n + 1);
+        const std::size_t length = utf16::load(m_text.data(), bytes, n);
+        h.String(m_text.data(), static_cast<rapidjson::SizeType>(length), true);
     }
 
     Source& m_source;
-    JsonAllocator& m_allocator;
     std::uint64_t m_budget;
-    std::vector<unsigned char> m_bytes;
     std::vector<wchar_t> m_text;
 };
+
+template <class Source>
+void decode(Source& source, JsonDocument& doc) {
+    doc.SetNull();
+    Decoder<Source> decoder(source);
+    doc.Populate(decoder);
+}
 
 } // namespace
 
 std::ostream& JsonBinaryIO::write(std::ostream& out, const JsonDocument& doc) {
-    StreamSink sink(out);
-    Encoder<StreamSink>(sink).value(doc, 0);
+    std::string bytes;
+    write(bytes, doc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return out;
 }
 
 void JsonBinaryIO::write(std::string& out, const JsonDocument& doc) {
-    StringSink sink(out);
-    Encoder<StringSink>(sink).value(doc, 0);
+    const std::uint64_t size = measure(doc, 0);
+    if (size > out.max_size() - out.size()) throw std::length_error("JsonBinaryIO: Encoding larger than memory");
+    const std::size_t start = out.size();
+    out.resize(start + static_cast<std::size_t>(size));
+    Encoder encoder(reinterpret_cast<unsigned char*>(&out[0]) + start);
+    encoder.value(doc);
 }
 
 std::istream& JsonBinaryIO::read(std::istream& in, JsonDocument& doc) {
-    doc.SetNull();
     StreamSource source(in);
-    Decoder<StreamSource>(source, doc.GetAllocator()).value(doc, 0);
+    decode(source, doc);
     return in;
 }
 
 std::size_t JsonBinaryIO::read(const char* data, std::size_t size, JsonDocument& doc) {
-    doc.SetNull();
     SpanSource source(data, size);
-    Decoder<SpanSource>(source, doc.GetAllocator()).value(doc, 0);
+    decode(source, doc);
     return static_cast<std::size_t>(source.position());
 }
 
