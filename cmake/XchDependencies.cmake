@@ -25,3 +25,22 @@ else()
 endif()
 include(${CMAKE_CURRENT_LIST_DIR}/XchRapidJson.cmake)
 find_package(ZLIB REQUIRED)
+
+# libdeflate (optional, Debian libdeflate-dev): the compressor's fast
+# whole-buffer deflate and inflate; without it zlib does everything. The
+# MinGW sysroot has no build of it, so Windows builds use zlib.
+option(XCH_WITH_LIBDEFLATE "Use libdeflate for compression when it is installed" ON)
+if(XCH_WITH_LIBDEFLATE AND NOT TARGET xch::libdeflate)
+  find_path(XCH_LIBDEFLATE_INCLUDE_DIR libdeflate.h)
+  find_library(XCH_LIBDEFLATE_LIBRARY NAMES deflate libdeflate)
+  if(XCH_LIBDEFLATE_INCLUDE_DIR AND XCH_LIBDEFLATE_LIBRARY)
+    add_library(xch::libdeflate UNKNOWN IMPORTED)
+    set_target_properties(xch::libdeflate PROPERTIES
+      IMPORTED_LOCATION ${XCH_LIBDEFLATE_LIBRARY}
+      INTERFACE_INCLUDE_DIRECTORIES ${XCH_LIBDEFLATE_INCLUDE_DIR}
+      INTERFACE_COMPILE_DEFINITIONS XCH_HAVE_LIBDEFLATE)
+    message(STATUS "libdeflate: ${XCH_LIBDEFLATE_LIBRARY}")
+  else()
+    message(STATUS "libdeflate: not found, compression uses zlib alone")
+  endif()
+endif()

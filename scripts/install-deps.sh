@@ -4,7 +4,7 @@
 #   scripts/install-deps.sh windows    also the MinGW-w64 cross build and Wine
 set -eu
 
-packages="cmake ninja-build g++ rapidjson-dev zlib1g-dev libboost-dev libgtest-dev libbenchmark-dev gzip"
+packages="cmake ninja-build g++ rapidjson-dev zlib1g-dev libdeflate-dev libboost-dev libgtest-dev libbenchmark-dev gzip"
 if [ "${1:-}" = "windows" ]; then
   packages="$packages googletest g++-mingw-w64-x86-64 libz-mingw-w64-dev wine wine64"
 fi

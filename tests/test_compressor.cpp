@@ -1,12 +1,46 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <atomic>
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
 
 #include <xch_api/xch_api_compressor.h>
 
 using xch::Compressor;
 using Block = std::vector<char>;
+
+// Counts the bytes allocated through operator new that are alive at once, to check the peak memory of an
+// inflation. The library's allocations come through here where the platform resolves operator new across
+// shared libraries (ELF); where it does not (DLLs), the tests that need it are skipped.
+static std::atomic<std::size_t> g_liveBytes{0}, g_peakBytes{0};
+void* operator new(std::size_t n) {
+    void* block = std::malloc(n + 16);
+    if (!block) throw std::bad_alloc();
+    *static_cast<std::size_t*>(block) = n;
+    const std::size_t live = g_liveBytes += n;
+    for (std::size_t peak = g_peakBytes; live > peak && !g_peakBytes.compare_exchange_weak(peak, live);) {}
+    return static_cast<char*>(block) + 16;
+}
+void* operator new[](std::size_t n) { return operator new(n); }
+void operator delete(void* p) noexcept {
+    if (!p) return;
+    char* block = static_cast<char*>(p) - 16;
+    g_liveBytes -= *reinterpret_cast<std::size_t*>(block);
+    std::free(block);
+}
+void operator delete[](void* p) noexcept { operator delete(p); }
+void operator delete(void* p, std::size_t) noexcept { operator delete(p); }
+void operator delete[](void* p, std::size_t) noexcept { operator delete(p); }
+
+// The most memory that running `f` held at once beyond what was allocated before.
+template <class F> static std::size_t peakBytesOf(F f) {
+    const std::size_t before = g_liveBytes;
+    g_peakBytes = before;
+    f();
+    return g_peakBytes - before;
+}
 
 // Compressible but far from trivial: vertices of a surface as text.
 static Block vertices(unsigned count) {
@@ -86,4 +120,78 @@ TEST(Compressor, RecognisesZlibAndGzipHeaders) {
     for (std::size_t i = 0; i < std::size(heads); ++i) // never from fewer than 3 bytes
         EXPECT_TRUE(Compressor::isCompressed(heads[i], 3) == (i < 5) && !Compressor::isCompressed(heads[i], 2)) << i;
     EXPECT_FALSE(Compressor::isCompressed(nullptr, 10));
+}
+
+// zlib's own gzip deflate of `data` at the default level (a producer other than the library).
+static Block zlibGzip(const Block& data) {
+    z_stream strm{};
+    deflateInit2(&strm, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
+    Block out(deflateBound(&strm, (uLong)data.size()));
+    strm.next_in = (Bytef*)data.data(), strm.avail_in = (uInt)data.size();
+    strm.next_out = (Bytef*)out.data(), strm.avail_out = (uInt)out.size();
+    EXPECT_EQ(deflate(&strm, Z_FINISH), Z_STREAM_END);
+    out.resize(strm.total_out);
+    deflateEnd(&strm);
+    return out;
+}
+
+// The size a gzip stream announces in its last four bytes is a hint: members or other bytes after the first
+// member make it wrong in either direction, and the first member is still what comes out.
+TEST(Compressor, InflatesTheFirstMemberWhateverTheLastFourBytesAnnounce) {
+    const Block small = vertices(3000), large = vertices(90000);
+    auto join = [](Block a, const Block& b) { a.insert(a.end(), b.begin(), b.end()); return a; };
+    const Block smallGz = zlibGzip(small), largeGz = compressed(large, -1);
+    EXPECT_EQ(decompressed(smallGz), small) << "zlib's stream";
+    EXPECT_EQ(decompressed(join(smallGz, largeGz)), small) << "announces more than the first member holds";
+    EXPECT_EQ(decompressed(join(largeGz, smallGz)), large) << "announces less than the first member holds";
+    Block claimsTooMuch = join(largeGz, {'\xff', '\xff', '\xff', '\x7f'});  // 2 GiB, implausible for this input
+    EXPECT_EQ(decompressed(claimsTooMuch), large);
+    Block claimsNothing = join(largeGz, {0, 0, 0, 0});
+    EXPECT_EQ(decompressed(claimsNothing), large);
+    Block wrongLength = largeGz;  // a stream whose own length check fails is corrupt, whoever inflates it
+    wrongLength[wrongLength.size() - 4] ^= 1;
+    EXPECT_EQ(errorOf([&] { decompressed(wrongLength); }), "incorrect length check");
+}
+
+TEST(Compressor, InflationAllocatesOnlyItsOutputAndRefusesBombsBeforeAllocatingThem) {
+    Block data = vertices(1500000);  // ~20 MB of text
+    data.resize(24 << 20, 'z');
+    const Block gz = compressed(data, 1), z = compressed(data, 1, Compressor::Zlib);
+    Block out;
+    const std::size_t gzipPeak = peakBytesOf([&] { Compressor::decompress(out, gz.data(), gz.size()); });
+    ASSERT_EQ(out, data);
+    if (gzipPeak < data.size()) GTEST_SKIP() << "the library's allocations do not come through this test's hook";
+    const std::size_t slack = 256 << 10;
+    EXPECT_LE(gzipPeak, data.size() + slack) << "gzip, size known from the trailer";
+    Block trailing = gz;  // the trailer no longer announces the size: counted by a first pass
+    trailing.insert(trailing.end(), {1, 0, 0, 0});
+    for (const Block* stream : std::initializer_list<const Block*>{&z, &trailing}) {
+        Block back;
+        EXPECT_LE(peakBytesOf([&] { Compressor::decompress(back, stream->data(), stream->size()); }),
+                  data.size() + slack);
+        EXPECT_EQ(back, data);
+    }
+    std::string text;  // the same for a string
+    EXPECT_LE(peakBytesOf([&] { Compressor::decompress(text, z.data(), z.size()); }), data.size() + slack);
+    EXPECT_EQ(text, std::string(data.begin(), data.end()));
+
+    // A limit: reached exactly is fine, one byte over throws. A bomb costs no output memory when its trailer
+    // tells the truth or is missing, and at most the limit when the trailer lies low (the size it claims is
+    // allocated, then found wrong).
+    Compressor::decompress(out, gz.data(), gz.size(), data.size());
+    EXPECT_EQ(out, data);
+    EXPECT_EQ(errorOf([&] { Compressor::decompress(out, gz.data(), gz.size(), data.size() - 1); }),
+              "Compressor: decompressed data exceeds the limit of " + std::to_string(data.size() - 1) + " bytes");
+    const std::size_t limit = data.size() / 4;
+    Block liesLow = gz;
+    liesLow[liesLow.size() - 2] = 0x40;  // 4 MiB instead of 24
+    liesLow[liesLow.size() - 1] = 0;
+    for (const Block* bomb : std::initializer_list<const Block*>{&gz, &z, &liesLow}) {
+        std::string error;
+        const std::size_t peak = peakBytesOf([&] {
+            error = errorOf([&] { Compressor::decompress(out, bomb->data(), bomb->size(), limit); });
+        });
+        EXPECT_EQ(error, "Compressor: decompressed data exceeds the limit of " + std::to_string(limit) + " bytes");
+        EXPECT_LE(peak, (bomb == &liesLow ? limit : 0) + slack);
+    }
 }

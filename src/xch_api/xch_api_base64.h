@@ -35,8 +35,12 @@ public:
     static std::size_t encodeInto(char* dest, const void* data, std::size_t size);
     static std::size_t encodeInto(wchar_t* dest, const void* data, std::size_t size);
 
-    // Output sizes: exact for encoding, an upper bound for decoding (a
-    // final unpadded group of k characters adds k - 1 bytes).
+    // Output sizes: exact for encoding, an upper bound for decoding.
+    // decodedSize counts 3 bytes per whole group of 4 characters plus 3 for
+    // a final partial group. 3 x (n / 4) alone would be too small for the
+    // unpadded text that decoding accepts: "TWE" (3 characters, no "=")
+    // decodes to the 2 bytes "Ma", and 3 x (3 / 4) is 0. Rounding the
+    // partial group up to a whole one keeps every accepted text in bounds.
     static constexpr std::size_t encodedSize(std::size_t n) { return 4 * ((n + 2) / 3); }
     static constexpr std::size_t decodedSize(std::size_t n) { return 3 * (n / 4) + ((n % 4) ? 3 : 0); }
 

@@ -1,5 +1,13 @@
 // Compressor: gzip compression of byte blocks, and inflation of both zlib
 // and gzip streams (detected from the header).
+//
+// Streams are standard (RFC 1950 / 1952): zlib and the gzip tool read what
+// this writes, and this reads what any conforming deflate producer writes.
+// When the library is built with libdeflate (Linux), whole-buffer deflate
+// and inflate go through it, several times faster than zlib; zlib remains
+// the streaming fallback and defines the outcome of every stream that
+// libdeflate refuses (zlib's error messages, the prefix of a truncated
+// stream). Builds without libdeflate (Windows) use zlib alone.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +25,9 @@ public:
     enum Wrapper { Gzip, Zlib };
 
     // Replaces `out` by the gzip stream (RFC 1952) of `size` bytes at
-    // `data`, compressed at `level` (-1: zlib's default). Throws
-    // std::runtime_error "deflate init failed" when zlib cannot start.
+    // `data`, compressed at `level` (0 none, 1 fastest to 9 smallest; -1
+    // the default, 6). Throws std::runtime_error "deflate init failed" for
+    // another level or when the deflater cannot start.
     static void compress(std::vector<char>& out, const char* data, std::uint64_t size, int level);
     static void compress(std::string& out, const char* data, std::uint64_t size, int level);
     // The same with the wrapper chosen.
@@ -31,9 +40,19 @@ public:
     // the output would exceed limits::kMaxDecompressedSize; after a throw
     // `out` is incomplete. A stream that merely ends early is not an error:
     // `out` then holds what could be inflated, and bytes after the end of
-    // the stream are ignored.
+    // the (first) stream are ignored.
+    //
+    // `out` is allocated once, at its final size: the peak memory is the
+    // output itself, and a stream beyond the limit fails before any of its
+    // output is allocated. The size comes from the gzip trailer when it is
+    // plausible (checked while inflating, never trusted), else from a first
+    // inflation that counts without keeping anything.
     static void decompress(std::vector<char>& out, const char* data, std::uint64_t size);
     static void decompress(std::string& out, const char* data, std::uint64_t size);
+    // The same with a tighter limit: at most `maxSize` bytes (and never more
+    // than limits::kMaxDecompressedSize).
+    static void decompress(std::vector<char>& out, const char* data, std::uint64_t size, std::uint64_t maxSize);
+    static void decompress(std::string& out, const char* data, std::uint64_t size, std::uint64_t maxSize);
 
     // Whether `data` begins with a zlib (0x78 and 0x9C, 0x01, 0xDA or 0x5E)
     // or gzip (0x1F 0x8B) header; false for fewer than 3 bytes.
