@@ -200,6 +200,19 @@ TEST_F(Lifetime, ReleaseAfterLoadRemovesExactlyTheBodyLoaded) {
     EXPECT_TRUE(Buffer::remove(names[3]));
 }
 
+TEST_F(Lifetime, AnEnvelopeThatCannotBeWrittenTakesItsBodyWithIt) {
+    // Nobody could learn the body's name: it must not stay behind.
+    xch_test::LogCapture log(5);
+    std::wostringstream broken;
+    broken.setstate(std::ios::badbit);
+    EXPECT_THROW(ExchangeObjectWrapper(record(L"lost")).writeObject(broken), std::runtime_error);
+    std::vector<std::string> written;
+    for (const std::string& message : log.messages(5))
+        if (message.compare(0, 27, "Writing shared memory body ") == 0) written.push_back(message.substr(27, 36));
+    ASSERT_EQ(written.size(), 1u);
+    EXPECT_FALSE(Buffer::exists(fromUtf8(written[0])));
+}
+
 TEST(ExchangeBufferCleanup, OnlyThisUsersOldExchangeBuffersAreRemoved) {
     const std::wstring old = placeBuffer(std::string(1000, 'o'));
     const std::wstring fresh = placeBuffer("fresh");

@@ -41,9 +41,9 @@ std::wstring writeBody(const IExchangeObject& object) {
     return name;
 }
 
-void discardBody(const JsonValue& name) {
+void discardBody(const std::wstring& name) {
     try {
-        mp::SharedBuffer<char>::remove(std::wstring(name.GetString(), name.GetStringLength()));
+        mp::SharedBuffer<char>::remove(name);
     } catch (...) {
     }
 }
@@ -79,9 +79,11 @@ void ExchangeObjectWrapper::writeObject(std::wostream& out) const {
     doc.SetObject();
     doc.AddMember(JsonValue(kNameKey, allocator), JsonValue(m_pObject->name().c_str(), allocator), allocator);
     JsonValue data;
+    std::wstring body;
     if (m_pObject->binary()) {
         doc.AddMember(JsonValue(kBinaryKey, allocator), JsonValue(true), allocator);
-        data.SetString(writeBody(*m_pObject).c_str(), allocator);
+        body = writeBody(*m_pObject);
+        data.SetString(body.c_str(), allocator);
     } else {
         m_pObject->writeObject(data, allocator);
     }
@@ -91,7 +93,7 @@ void ExchangeObjectWrapper::writeObject(std::wostream& out) const {
     } catch (...) {
         // Nobody can learn the name of a body whose envelope was not
         // written: remove it rather than leave it behind.
-        if (m_pObject->binary()) discardBody(data);
+        if (!body.empty()) discardBody(body);
         throw;
     }
 }
