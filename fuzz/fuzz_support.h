@@ -25,7 +25,8 @@ namespace xch_fuzz {
 // A leading byte of 0xFF selects the raw form of wideText.
 constexpr std::uint8_t kRawTextMarker = 0xFF;
 
-// The input as wide text: UTF-8 (invalid sequences become U+FFFD), or,
+// The input as wide text: UTF-8 (each byte of an invalid sequence
+// becomes U+FFFD), or,
 // after a leading 0xFF byte, little-endian 16-bit code units taken as they
 // are, so that the fuzzer also reaches unpaired surrogates.
 std::wstring wideText(const std::uint8_t* data, std::size_t size);

@@ -29,8 +29,9 @@ namespace xch_fuzz {
 namespace {
 
 template <class T>
-ModelClass nested(const char* name) {
-    return {name, [] { return std::static_pointer_cast<xch::IJsonObject>(std::make_shared<T>()); }};
+ModelClass nested(const char* name, bool refusesMalformed = false) {
+    return {name, [] { return std::static_pointer_cast<xch::IJsonObject>(std::make_shared<T>()); },
+            refusesMalformed};
 }
 
 ModelClass registered(const char* name) {
@@ -58,8 +59,8 @@ const std::vector<ModelClass>& modelClasses() {
         nested<ExcFullSubentPath>("ExcFullSubentPath"), nested<ExcEntity>("ExcEntity"),
         nested<ExcMiscProperty>("ExcMiscProperty"), nested<ExcMiscPropertiesGroup>("ExcMiscPropertiesGroup"),
         nested<ExcMiscData>("ExcMiscData"), nested<ExcBlockReference>("ExcBlockReference"),
-        nested<ExcBlock>("ExcBlock"), nested<ImportOptionsImpl>("ImportOptionsImpl"),
-        nested<ExportOptionsImpl>("ExportOptionsImpl"), nested<ThirdpartyCore>("ThirdpartyCore"),
+        nested<ExcBlock>("ExcBlock"), nested<ImportOptionsImpl>("ImportOptionsImpl", true), nested<Format>("Format", true),
+        nested<ExportOptionsImpl>("ExportOptionsImpl", true), nested<ThirdpartyCore>("ThirdpartyCore", true),
         // mechanical
         nested<ExcMappingData>("ExcMappingData"),
         nested<ExcTopologicalEntityInformation>("ExcTopologicalEntityInformation"),

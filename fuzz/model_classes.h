@@ -15,6 +15,9 @@ namespace xch_fuzz {
 struct ModelClass {
     std::string name;
     std::function<std::shared_ptr<xch::IJsonObject>()> make;
+    // Job options and description parts refuse malformed input with
+    // std::invalid_argument; every other reader logs and keeps its state.
+    bool refusesMalformed = false;
 };
 
 // In a fixed order: the fuzz target selects a class by index.

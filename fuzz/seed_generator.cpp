@@ -213,21 +213,28 @@ int main(int argc, char** argv) {
     formatOptionSeeds();
     modelSeeds();
     byteSeeds();
+    // libFuzzer's dictionary syntax: one quoted entry per line, with \\, \"
+    // and \xAB escapes. Every word also comes as a quoted JSON string.
     std::ofstream dict(g_out / "json.dict", std::ios::binary);
-    for (const char* token : {"{", "}", "[", "]", ":", ",", "null", "true", "false", "\\u"}) dict << '"' << token << "\"\n";
-    for (const std::string& word : g_dictionary) {
+    auto entry = [&dict](const std::string& word) {
         dict << '"';
-        for (char c : word) {
-            if (c == '"' || c == '\\') dict << '\\';
-            dict << c;
+        for (unsigned char c : word) {
+            if (c == '"' || c == '\\')
+                dict << '\\' << c;
+            else if (c < 0x20 || c >= 0x7F) {
+                char hex[8];
+                std::snprintf(hex, sizeof hex, "\\x%02X", c);
+                dict << hex;
+            } else
+                dict << c;
         }
         dict << "\"\n";
-        dict << "\"\\\"";
-        for (char c : word) {
-            if (c == '"' || c == '\\') dict << '\\';
-            dict << c;
-        }
-        dict << "\\\"\"\n";
+    };
+    for (const char* token : {"{", "}", "[", "]", ":", ",", "null", "true", "false", "\\u", "1e308", "-0.0"})
+        entry(token);
+    for (const std::string& word : g_dictionary) {
+        entry(word);
+        entry('"' + word + '"');
     }
     std::printf("seeds written to %s\n", argv[1]);
     return 0;

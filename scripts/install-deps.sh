@@ -2,11 +2,15 @@
 # Installs the Debian packages the build needs, when they are missing.
 #   scripts/install-deps.sh            Linux build, tests, tools, benchmarks
 #   scripts/install-deps.sh windows    also the MinGW-w64 cross build and Wine
+#   scripts/install-deps.sh sanitizers also clang and libFuzzer (sanitizer builds, fuzzing)
 set -eu
 
 packages="cmake ninja-build g++ rapidjson-dev zlib1g-dev libdeflate-dev libboost-dev libgtest-dev libbenchmark-dev gzip"
 if [ "${1:-}" = "windows" ]; then
   packages="$packages googletest g++-mingw-w64-x86-64 libz-mingw-w64-dev wine wine64"
+fi
+if [ "${1:-}" = "sanitizers" ]; then
+  packages="$packages clang-14 libfuzzer-14-dev libclang-rt-14-dev"
 fi
 
 missing=""
