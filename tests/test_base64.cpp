@@ -68,3 +68,72 @@ TEST(Base64, RandomBlocksOfEveryLengthRoundTrip) {
         expectDecodes(text.substr(0, letters), block, letters); // unpadded
     }
 }
+
+// Reference codec, one bit group at a time: what every path of the library (vector or not) must match.
+static std::string referenceEncode(const std::string& bytes) {
+    static const char letters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    std::uint32_t bits = 0;
+    int held = 0;
+    for (unsigned char byte : bytes) {
+        bits = bits << 8 | byte, held += 8;
+        for (; held >= 6; held -= 6) text += letters[(bits >> (held - 6)) & 63];
+    }
+    if (held) text += letters[(bits << (6 - held)) & 63];
+    while (text.size() % 4) text += '=';
+    return text;
+}
+template <class Char> static std::pair<std::string, std::size_t> referenceDecode(const std::basic_string<Char>& text) {
+    static const std::string letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string bytes;
+    std::uint32_t bits = 0;
+    int held = 0;
+    std::size_t used = 0;
+    for (; used < text.size(); ++used) {
+        const auto c = static_cast<std::make_unsigned_t<Char>>(text[used]);
+        const std::size_t value = c < 128 ? letters.find(char(c)) : std::string::npos;
+        if (value == std::string::npos) break;
+        bits = bits << 6 | std::uint32_t(value), held += 6;
+        if (held >= 8) bytes += char(bits >> (held - 8)), held -= 8;
+    }
+    return {bytes, used};
+}
+
+// Long texts go through the vector kernels where the processor has them, in blocks, with the rest done group by
+// group: every length around the block sizes, and a non-letter at every position of a text several blocks long.
+TEST(Base64, LongTextsMatchTheReferenceAtEveryLengthAndStoppingPoint) {
+    std::mt19937 random(7);
+    std::string block(4000, '\0');
+    for (char& c : block) c = static_cast<char>(random());
+    for (std::size_t size = 0; size <= block.size(); size += size < 300 ? 1 : 397) {
+        SCOPED_TRACE(size);
+        const std::string bytes = block.substr(0, size), text = referenceEncode(bytes);
+        ASSERT_EQ(Base64::encode(bytes.data(), size), text);
+        ASSERT_EQ(Base64::encodeWide(bytes.data(), size), widen(text));
+        std::wstring into(text.size() + 40, L'#'); // nothing written past the text
+        ASSERT_EQ(Base64::encodeInto(&into[0], bytes.data(), size), text.size());
+        ASSERT_EQ(into, widen(text) + std::wstring(40, L'#'));
+        expectDecodes(text, bytes, text.find('=') == std::string::npos ? text.size() : text.find('='));
+        expectDecodes(widen(text), bytes, text.find('=') == std::string::npos ? text.size() : text.find('='));
+    }
+    const std::string text = referenceEncode(block.substr(0, 300)); // 400 characters
+    const std::wstring wide = widen(text);
+    std::vector<wchar_t> strangers = {L'=', L' ', L'-', L'_', L'\0', L'@', L'[', L'`', L'{', L'.', L':', wchar_t(0x7F),
+                                      wchar_t(0xC1), wchar_t(0x141), wchar_t(0x2B2F), wchar_t(0xFF2F)};
+    if (sizeof(wchar_t) == 4) strangers.insert(strangers.end(), {wchar_t(0x10041), wchar_t(-1), wchar_t(0x7FFFFF61)});
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        for (wchar_t stranger : strangers) {
+            SCOPED_TRACE("at " + std::to_string(at) + " U+" + std::to_string(unsigned(stranger)));
+            std::wstring w = wide;
+            w[at] = stranger;
+            const auto expected = referenceDecode(w);
+            ASSERT_EQ(expected.second, at);
+            expectDecodes(w, expected.first, at);
+            if (unsigned(stranger) < 256) {
+                std::string n = text;
+                n[at] = char(stranger);
+                expectDecodes(n, expected.first, at);
+            }
+        }
+    }
+}

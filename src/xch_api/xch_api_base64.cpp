@@ -2,6 +2,8 @@
 
 #include <type_traits>
 
+#include "internal/base64_vector.h"
+
 namespace xch {
 
 namespace {
@@ -58,7 +60,12 @@ std::vector<std::uint8_t> decodeToVector(const Char* text, std::size_t size) {
 
 template <class Char>
 std::size_t Base64::encodeImpl(Char* dest, const std::uint8_t* src, std::size_t n) {
-    Char* out = dest;
+    // The vector kernel takes the bulk where the processor has it; the
+    // groups it leaves are encoded here alike.
+    const std::size_t vectorBytes = base64_vector::encode(dest, src, n);
+    Char* out = dest + vectorBytes / 3 * 4;
+    src += vectorBytes;
+    n -= vectorBytes;
     const std::uint8_t* const wholeEnd = src + (n - n % 3);
     for (; src != wholeEnd; src += 3, out += 4) {
         const std::uint32_t v = (std::uint32_t(src[0]) << 16) | (std::uint32_t(src[1]) << 8) | src[2];
@@ -82,8 +89,11 @@ std::size_t Base64::encodeImpl(Char* dest, const std::uint8_t* src, std::size_t 
 
 template <class Char>
 std::pair<std::size_t, std::size_t> Base64::decodeImpl(std::uint8_t* dest, const Char* src, std::size_t n) {
-    std::size_t used = 0;
-    std::uint8_t* out = dest;
+    // The vector kernel stops before the first block it cannot take whole;
+    // from there on, decoding goes group by group and finds the exact
+    // stopping point.
+    std::size_t used = base64_vector::decode(dest, src, n);
+    std::uint8_t* out = dest + used / 4 * 3;
     // Whole groups of four alphabet characters.
     for (; n - used >= 4; used += 4, out += 3) {
         const std::uint8_t a = sextet(src[used]);
