@@ -9,10 +9,17 @@
 #include <random>
 #include <sstream>
 
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
 #include <xch_api/xch_api_exchange_wrapper.h>
+#include <xch_api/xch_api_json_binary_io.h>
 #include <xch_api/xch_api_json_text_io.h>
 
+#include "support/hex.h"
 #include "support/log_capture.h"
+#include "support/random_json.h"
 #include "support/test_types.h"
 
 using xch::JsonDocument;
@@ -30,6 +37,65 @@ std::wstring render(const JsonDocument& doc, bool pretty) {
     std::wostringstream out;
     JsonTextIO::write(out, doc, pretty);
     return out.str();
+}
+
+// rapidjson's own writers, as the reference for the text form. Returns
+// false when rapidjson refuses the document.
+bool rapidjsonText(const xch::JsonValue& value, bool pretty, std::wstring& text) {
+    rapidjson::GenericStringBuffer<xch::JsonEncoding> buffer;
+    bool ok;
+    if (pretty) {
+        rapidjson::PrettyWriter<decltype(buffer), xch::JsonEncoding, xch::JsonEncoding> writer(buffer);
+        writer.SetIndent(L' ', 2);
+        writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
+        ok = value.Accept(writer);
+    } else {
+        rapidjson::Writer<decltype(buffer), xch::JsonEncoding, xch::JsonEncoding> writer(buffer);
+        ok = value.Accept(writer);
+    }
+    text.assign(buffer.GetString(), buffer.GetSize() / sizeof(wchar_t));
+    return ok;
+}
+
+// The tree exactly: number forms, bits of doubles, every code unit.
+std::string exactly(const xch::JsonValue& value) {
+    JsonDocument doc;
+    doc.CopyFrom(value, doc.GetAllocator());
+    std::string bytes;
+    xch::JsonBinaryIO::write(bytes, doc);
+    return xch_test::toHex(bytes);
+}
+
+bool holdsInfinity(const xch::JsonValue& v) {
+    if (v.IsDouble()) return std::isinf(v.GetDouble());
+    if (v.IsArray())
+        for (const auto& e : v.GetArray())
+            if (holdsInfinity(e)) return true;
+    if (v.IsObject())
+        for (const auto& m : v.GetObject())
+            if (holdsInfinity(m.value)) return true;
+    return false;
+}
+
+// Parses `text` with JsonTextIO::read and with rapidjson's reader (full
+// precision) and expects the same tree or the same error at the same
+// offset. Returns false where the two are known to differ on purpose
+// (rapidjson reads numbers beyond the double range as infinity, and asserts
+// on an escaped lone low surrogate where wchar_t is 16 bits).
+bool expectSameParse(const std::wstring& text) {
+    JsonDocument reference;
+    try {
+        reference.Parse<rapidjson::kParseFullPrecisionFlag>(text.c_str());
+    } catch (const xch::JsonAssertion&) {
+        return false;
+    }
+    if (!reference.HasParseError() && holdsInfinity(reference)) return false;
+    JsonDocument doc = parse(text);
+    EXPECT_EQ(doc.GetParseError(), reference.GetParseError()) << text;
+    EXPECT_EQ(doc.GetErrorOffset(), reference.GetErrorOffset()) << text;
+    if (!reference.HasParseError()) EXPECT_EQ(exactly(doc), exactly(reference)) << text;
+    else EXPECT_TRUE(doc.IsNull()) << text;
+    return true;
 }
 
 } // namespace
@@ -163,7 +229,7 @@ TEST(JsonTextIO, WriteToFileUsesTheNarrowCodePage) {
     record.label = L"plain \u4e2d";
     std::string path = xch_test::tempPath("record.json");
     JsonTextIO::writeToFile(record, std::wstring(path.begin(), path.end()));
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(path); // text mode: the platform's line ends read as '\n'
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     in.close();
     std::remove(path.c_str());
@@ -175,4 +241,85 @@ TEST(JsonTextIO, WriteToFileUsesTheNarrowCodePage) {
     EXPECT_EQ(bytes.substr(0, 16), "{\n  \"count\": -1,");
 #endif
     EXPECT_NE(bytes.find("\"label\": \"plain ?\""), std::string::npos) << bytes;
+}
+
+// The writer produces rapidjson's text character for character, lone
+// surrogates and all.
+TEST(JsonTextIO, WriterMatchesRapidjsonCharacterForCharacter) {
+    std::mt19937_64 rng(7);
+    for (int round = 0; round < 400; ++round) {
+        JsonDocument doc;
+        xch_test::randomJsonDocument(rng, doc);
+        for (bool pretty : {false, true}) {
+            std::wstring expected;
+            const bool ok = rapidjsonText(doc, pretty, expected);
+            std::wostringstream out;
+            ASSERT_TRUE(ok);
+            JsonTextIO::write(out, doc, pretty);
+            ASSERT_EQ(out.str(), expected);
+        }
+    }
+}
+
+// The reader builds rapidjson's tree (with exact doubles), number forms
+// included, from compact and pretty text, escapes and number notations.
+TEST(JsonTextIO, ReaderMatchesRapidjsonOnValidText) {
+    for (const wchar_t* text :
+         {L"[0,-0,-0.0,0.0,1E+2,1e-2,-1.5E-300,0.1e1,123.456e-7,1e22,1e23,9007199254740993,0.1000000000000000055511151231257827021181583404541015625]",
+          L"[4294967295,4294967296,-2147483648,-2147483649,9223372036854775807,-9223372036854775808,-9223372036854775809,"
+          L"18446744073709551615,18446744073709551616,123456789012345678901234567890,1e-400,2.2250738585072011e-308]",
+          L"{\"a\\\"b\":\"\\u00e9\\u20AC\\ud83d\\ude00 \\/\\b\\f\\n\\r\\t\\\\\", \"\" : [ ] , \"\\u0000\":{ }}",
+          L" \t\r\n[ true ,false\n,null ] \r\n"}) {
+        EXPECT_TRUE(expectSameParse(text)) << text;
+    }
+    std::mt19937_64 rng(11);
+    xch_test::RandomJsonOptions options;
+    options.invalidCharacters = false;
+    for (int round = 0; round < 400; ++round) {
+        JsonDocument doc;
+        xch_test::randomJsonDocument(rng, doc, 8, options);
+        for (bool pretty : {false, true}) {
+            std::wstring text;
+            ASSERT_TRUE(rapidjsonText(doc, pretty, text));
+            ASSERT_TRUE(expectSameParse(text));
+            EXPECT_EQ(exactly(parse(text)), exactly(doc)); // and the tree that was written
+        }
+    }
+}
+
+// Broken text fails with rapidjson's error code at rapidjson's offset and
+// leaves a null root; so does every one-character change of valid text
+// that breaks it.
+TEST(JsonTextIO, ReaderReportsRapidjsonsErrors) {
+    for (const wchar_t* text :
+         {L"", L"  ", L"{}{}", L"[1,]", L"{\"a\":1,}", L"{\"a\" 1}", L"{1:2}", L"[1 2]", L"{\"a\":1 \"b\":2}", L"nul",
+          L"tru", L"fals", L"[-]", L"[-a]", L"[01]", L"[1.]", L"[1.e5]", L"[1e]", L"[1e+]", L"[.5]", L"[+1]", L"\"abc",
+          L"\"a\\x\"", L"\"\\u12\"", L"\"\\ud800\"", L"\"\\ud800\\u0041\"", L"\"\\ud800\\uzzzz\"", L"\"\x01\"",
+          L"[NaN]", L"[Infinity]", L"{\"a\":[1,{\"b\":}]}", L"[1e999]", L"[-1e309]", L"[\"x\"\x00]", L"\x00{}"}) {
+        EXPECT_TRUE(expectSameParse(text)) << text;
+    }
+    std::mt19937_64 rng(13);
+    xch_test::RandomJsonOptions options;
+    options.invalidCharacters = false;
+    options.maxDepth = 3;
+    const std::wstring alphabet = L"{}[],:\"\\ue.-+01aE \n";
+    int compared = 0;
+    for (int round = 0; round < 300; ++round) {
+        JsonDocument doc;
+        xch_test::randomJsonDocument(rng, doc, 3, options);
+        std::wstring text;
+        ASSERT_TRUE(rapidjsonText(doc, rng() % 2 == 0, text));
+        for (int change = 0; change < 10; ++change) {
+            std::wstring broken = text;
+            const std::size_t at = rng() % (broken.size() + 1);
+            const wchar_t c = alphabet[rng() % alphabet.size()];
+            switch (rng() % 3) {
+            case 0: broken.insert(at, 1, c); break;
+            case 1: if (at < broken.size()) broken.erase(at, 1); break;
+            default: if (at < broken.size()) broken[at] = c;
+            }
+            compared += expectSameParse(broken);
+        }
+    }
+    EXPECT_GT(compared, 2900);
 }

@@ -16,11 +16,13 @@ namespace xch {
 
 class XCH_API JsonTextIO {
 public:
-    // Writes `doc` pretty or compact. The whole text is rendered before any
-    // of it reaches `out`, so a failure leaves nothing on the stream: it
-    // throws std::runtime_error "Cannot write object into json document"
-    // (a NaN or infinite double, a string that is not valid UTF-16 or
-    // UTF-32, nesting deeper than limits::kMaxJsonDepth, or `out` failing).
+    // Writes `doc` pretty or compact. A document that cannot be written (a
+    // NaN or infinite double, nesting deeper than limits::kMaxJsonDepth) is
+    // refused before any character reaches `out`, so a failure leaves
+    // nothing on the stream: it throws std::runtime_error "Cannot write
+    // object into json document", as it does when `out` fails. Strings are
+    // written code unit for code unit, with '"', '\\' and control characters
+    // escaped.
     static std::wostream& write(std::wostream& out, const JsonDocument& doc, bool pretty);
 
     // Parses one JSON text (the whole stream) into `doc` with the default
