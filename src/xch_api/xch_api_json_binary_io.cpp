@@ -35,73 +35,36 @@ const char* const kShortString = "JsonBinaryIO: Failed to read all the bytes of 
 
 // ---- writing ----------------------------------------------------------------
 //
-// Two passes over the tree: the first measures the encoding exactly (and
-// refuses what cannot be written before anything is), the second writes
-// into memory sized once, with no bounds checks per value. Object and array
+// One pass over the tree straight into the output string, which grows
+// geometrically; each value makes sure of its room once. Object and array
 // byte counts are patched in place when each closes.
-
-// The encoded size of a number, or 0 when it has none of the five forms.
-std::uint64_t numberSize(const JsonValue& v) {
-    if (v.IsInt() || v.IsUint()) return 5;
-    if (v.IsInt64() || v.IsUint64() || v.IsDouble()) return 9;
-    return 0;
-}
-
-std::uint64_t measure(const JsonValue& v, std::size_t depth) {
-    switch (v.GetType()) {
-    case rapidjson::kNullType:
-    case rapidjson::kFalseType:
-    case rapidjson::kTrueType: return 1;
-    case rapidjson::kStringType: return 9 + 2 * std::uint64_t(utf16::unitCount(v.GetString(), v.GetStringLength()));
-    case rapidjson::kNumberType: {
-        const std::uint64_t size = numberSize(v);
-        if (!size) throw std::invalid_argument("JsonBinaryIO: Unknown number type");
-        return size;
-    }
-    case rapidjson::kObjectType: {
-        if (depth >= limits::kMaxJsonDepth) throw std::length_error(kTooDeep);
-        std::uint64_t size = 9;
-        for (const auto& member : v.GetObject()) {
-            size += 9 + 2 * std::uint64_t(utf16::unitCount(member.name.GetString(), member.name.GetStringLength()));
-            size += measure(member.value, depth + 1);
-        }
-        return size;
-    }
-    case rapidjson::kArrayType: {
-        if (depth >= limits::kMaxJsonDepth) throw std::length_error(kTooDeep);
-        std::uint64_t size = 9;
-        for (const auto& element : v.GetArray()) size += measure(element, depth + 1);
-        return size;
-    }
-    }
-    return 0; // a value of no known kind writes nothing
-}
 
 class Encoder {
 public:
-    explicit Encoder(unsigned char* out) : m_p(out) {}
+    Encoder(std::string& out, std::size_t start) : m_out(out), m_start(start) {}
 
-    unsigned char* end() const { return m_p; }
+    // Trims the output to what was written.
+    void finish() { m_out.resize(m_start + used()); }
 
-    void value(const JsonValue& v) {
+    void value(const JsonValue& v, std::size_t depth) {
         switch (v.GetType()) {
-        case rapidjson::kNullType: *m_p++ = TagNull; break;
-        case rapidjson::kFalseType: *m_p++ = TagFalse; break;
-        case rapidjson::kTrueType: *m_p++ = TagTrue; break;
+        case rapidjson::kNullType: tag(TagNull); break;
+        case rapidjson::kFalseType: tag(TagFalse); break;
+        case rapidjson::kTrueType: tag(TagTrue); break;
         case rapidjson::kStringType: string(v.GetString(), v.GetStringLength()); break;
         case rapidjson::kNumberType: number(v); break;
         case rapidjson::kObjectType: {
-            unsigned char* count = open(TagObject);
+            const std::size_t count = open(TagObject, depth);
             for (const auto& member : v.GetObject()) {
                 string(member.name.GetString(), member.name.GetStringLength());
-                value(member.value);
+                value(member.value, depth + 1);
             }
             close(count);
             break;
         }
         case rapidjson::kArrayType: {
-            unsigned char* count = open(TagArray);
-            for (const auto& element : v.GetArray()) value(element);
+            const std::size_t count = open(TagArray, depth);
+            for (const auto& element : v.GetArray()) value(element, depth + 1);
             close(count);
             break;
         }
@@ -109,8 +72,30 @@ public:
     }
 
 private:
+    std::size_t used() const { return static_cast<std::size_t>(m_p - m_base); }
+
+    void ensure(std::size_t n) {
+        if (static_cast<std::size_t>(m_end - m_p) < n) grow(n);
+    }
+
+    void grow(std::size_t n) {
+        const std::size_t used = this->used();
+        std::size_t capacity = 2 * static_cast<std::size_t>(m_end - m_base);
+        if (capacity < used + n) capacity = used + n + 4096;
+        m_out.resize(m_start + capacity);
+        m_base = reinterpret_cast<unsigned char*>(&m_out[0]) + m_start;
+        m_p = m_base + used;
+        m_end = m_base + capacity;
+    }
+
+    void tag(Tag t) {
+        ensure(1);
+        *m_p++ = t;
+    }
+
     template <class T>
     void scalar(Tag t, T x) {
+        ensure(1 + sizeof(T));
         *m_p = t;
         bytes::storeLE(m_p + 1, x);
         m_p += 1 + sizeof(T);
@@ -122,25 +107,41 @@ private:
         else if (v.IsUint()) scalar(TagUint32, static_cast<std::uint32_t>(v.GetUint()));
         else if (v.IsInt64()) scalar(TagInt64, static_cast<std::int64_t>(v.GetInt64()));
         else if (v.IsUint64()) scalar(TagUint64, static_cast<std::uint64_t>(v.GetUint64()));
-        else scalar(TagDouble, v.GetDouble());
+        else if (v.IsDouble()) scalar(TagDouble, v.GetDouble());
+        else throw std::invalid_argument("JsonBinaryIO: Unknown number type");
     }
 
-    unsigned char* open(Tag t) {
+    // Writes the tag and room for the byte count; returns where the count goes.
+    std::size_t open(Tag t, std::size_t depth) {
+        if (depth >= limits::kMaxJsonDepth) throw std::length_error(kTooDeep);
+        ensure(9);
         *m_p = t;
         m_p += 9;
-        return m_p - 8;
+        return used() - 8;
     }
 
-    void close(unsigned char* count) { bytes::storeLE(count, static_cast<std::uint64_t>(m_p - (count + 8))); }
+    void close(std::size_t count) {
+        bytes::storeLE(m_base + count, static_cast<std::uint64_t>(used() - (count + 8)));
+    }
 
     void string(const wchar_t* text, std::size_t length) {
-        const std::size_t units = utf16::unitCount(text, length);
-        scalar(TagString, static_cast<std::uint64_t>(units));
-        utf16::store(m_p, text, length, units);
-        m_p += 2 * units;
+        ensure(9 + 2 * length);
+        std::size_t units = length;
+        if (!utf16::storeSingleUnits(m_p + 9, text, length)) { // characters beyond the basic plane
+            units = utf16::unitCount(text, length);
+            ensure(9 + 2 * units);
+            utf16::store(m_p + 9, text, length);
+        }
+        *m_p = TagString;
+        bytes::storeLE(m_p + 1, static_cast<std::uint64_t>(units));
+        m_p += 9 + 2 * units;
     }
 
-    unsigned char* m_p;
+    std::string& m_out;
+    const std::size_t m_start;
+    unsigned char* m_base = nullptr;
+    unsigned char* m_p = nullptr;
+    unsigned char* m_end = nullptr;
 };
 
 // ---- reading ----------------------------------------------------------------
@@ -327,12 +328,15 @@ std::ostream& JsonBinaryIO::write(std::ostream& out, const JsonDocument& doc) {
 }
 
 void JsonBinaryIO::write(std::string& out, const JsonDocument& doc) {
-    const std::uint64_t size = measure(doc, 0);
-    if (size > out.max_size() - out.size()) throw std::length_error("JsonBinaryIO: Encoding larger than memory");
     const std::size_t start = out.size();
-    out.resize(start + static_cast<std::size_t>(size));
-    Encoder encoder(reinterpret_cast<unsigned char*>(&out[0]) + start);
-    encoder.value(doc);
+    Encoder encoder(out, start);
+    try {
+        encoder.value(doc, 0);
+    } catch (...) {
+        out.resize(start); // nothing of a refused document stays
+        throw;
+    }
+    encoder.finish();
 }
 
 std::istream& JsonBinaryIO::read(std::istream& in, JsonDocument& doc) {

@@ -24,15 +24,23 @@ inline std::size_t unitCount(const wchar_t* text, std::size_t size) {
     }
 }
 
-// Writes `size` wide characters as `units` (from unitCount) UTF-16LE code
-// units at `out`. A 32-bit value beyond U+10FFFF is not a character; it is
-// written as the pair of U+10FFFF so that the unit count stays right.
-inline void store(unsigned char* out, const wchar_t* text, std::size_t size, std::size_t units) {
-    if (units == size) { // no pairs: one unit per character
-        for (std::size_t i = 0; i < size; ++i)
-            bytes::storeLE(out + 2 * i, static_cast<std::uint16_t>(text[i]));
-        return;
+// Writes `size` wide characters as one UTF-16LE code unit each at `out`
+// and returns true, or returns false (having written garbage) when a
+// character needs a surrogate pair; store() then writes them.
+inline bool storeSingleUnits(unsigned char* out, const wchar_t* text, std::size_t size) {
+    std::uint32_t beyond = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const std::uint32_t c = static_cast<std::uint32_t>(text[i]);
+        bytes::storeLE(out + 2 * i, static_cast<std::uint16_t>(c));
+        beyond |= c >> 16;
     }
+    return sizeof(wchar_t) == 2 || beyond == 0;
+}
+
+// Writes `size` wide characters as their unitCount() UTF-16LE code units at
+// `out`. A 32-bit value beyond U+10FFFF is not a character; it is written
+// as the pair of U+10FFFF so that the unit count stays right.
+inline void store(unsigned char* out, const wchar_t* text, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i) {
         std::uint32_t c = static_cast<std::uint32_t>(text[i]);
         if (c > 0xFFFF) {
@@ -53,11 +61,11 @@ inline void store(unsigned char* out, const wchar_t* text, std::size_t size, std
 // bits a high surrogate followed by a low one becomes one character; any
 // other surrogate is kept as it is.
 inline std::size_t load(wchar_t* out, const unsigned char* in, std::size_t units) {
-    bool highSurrogates = false;
+    std::uint32_t highSurrogates = 0; // an integer, not a bool: the loop vectorizes
     for (std::size_t i = 0; i < units; ++i) {
         const std::uint16_t u = bytes::loadLE<std::uint16_t>(in + 2 * i);
         out[i] = static_cast<wchar_t>(u);
-        highSurrogates |= (u & 0xFC00) == 0xD800;
+        highSurrogates |= (u & 0xFC00) == 0xD800 ? 1u : 0u;
     }
     if (sizeof(wchar_t) == 2 || !highSurrogates) return units;
     std::size_t length = 0;
