@@ -53,7 +53,7 @@ std::wostream& JsonTextIO::write(std::wostream& out, const JsonDocument& doc, bo
 std::wistream& JsonTextIO::read(std::wistream& in, JsonDocument& doc) {
     json::TextBuffer text;
     readAll(in, text);
-    if (json::parseText(text.data(), doc).tooDeep)
+    if (json::parseText(text.data(), text.size(), doc).tooDeep)
         VX_LOG(vx_link::LevelError, "JsonTextIO: JSON text is nested deeper than "
                                         << limits::kMaxJsonDepth << " levels.");
     return in;

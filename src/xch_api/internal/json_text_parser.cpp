@@ -33,7 +33,7 @@ constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8
 // and object is allocated once, at its final size, when it closes).
 class Parser {
 public:
-    explicit Parser(const wchar_t* text) : m_begin(text), m_p(text) {}
+    Parser(const wchar_t* text, std::size_t size) : m_begin(text), m_end(text + size), m_p(text) {}
 
     // The generator interface of JsonDocument::Populate.
     bool operator()(JsonDocument& handler) {
@@ -156,7 +156,18 @@ private:
     bool string(bool key) {
         const wchar_t* const start = ++m_p;
         const wchar_t* q = start;
-        // Most strings have no escapes: they are copied straight from the text.
+        // Most strings have no escapes: they are copied straight from the
+        // text. Runs of plain characters are skipped eight at a time (a
+        // check the compiler vectorizes), then one at a time.
+        while (m_end - q >= 8) {
+            std::uint32_t special = 0;
+            for (int k = 0; k < 8; ++k) {
+                const std::uint32_t c = static_cast<std::uint32_t>(q[k]);
+                special |= (c < 0x20 || c == L'"' || c == L'\\') ? 1u : 0u;
+            }
+            if (special) break;
+            q += 8;
+        }
         for (;; ++q) {
             const wchar_t c = *q;
             if (c == L'"') {
@@ -313,6 +324,7 @@ private:
     }
 
     const wchar_t* const m_begin;
+    const wchar_t* const m_end;
     const wchar_t* m_p;
     JsonDocument* m_h = nullptr;
     std::vector<wchar_t> m_text; // strings with escapes, decoded
@@ -374,9 +386,9 @@ void setParseError(JsonDocument& doc, ParseErrorCode code, std::size_t offset) {
 
 } // namespace
 
-TextParseResult parseText(const wchar_t* text, JsonDocument& doc) {
+TextParseResult parseText(const wchar_t* text, std::size_t size, JsonDocument& doc) {
     doc.Parse(L"null"); // clears a previous parse error; the root is null
-    Parser parser(text);
+    Parser parser(text, size);
     doc.Populate(parser);
     if (parser.result().code != rapidjson::kParseErrorNone)
         setParseError(doc, parser.result().code, parser.result().offset);

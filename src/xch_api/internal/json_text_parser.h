@@ -15,10 +15,10 @@ struct TextParseResult {
     bool tooDeep = false;   // the error is nesting beyond limits::kMaxJsonDepth
 };
 
-// Parses the JSON text at `text` into `doc`: strict JSON (no comments,
-// trailing commas, NaN or infinity), whitespace around the root only. The
-// text ends at its first NUL character, which must exist (a std::wstring's
-// terminator).
+// Parses the `size` characters of JSON text at `text` into `doc`: strict
+// JSON (no comments, trailing commas, NaN or infinity), whitespace around
+// the root only. text[size] must be a NUL character; the text ends at its
+// first NUL (as rapidjson's reader ends there).
 //
 // Doubles are correctly rounded; a number beyond the range of a double
 // fails with kParseErrorNumberTooBig, one below the smallest subnormal
@@ -30,7 +30,7 @@ struct TextParseResult {
 // rapidjson's reader reports them, so that doc.GetParseError() reads as
 // usual); nesting beyond limits::kMaxJsonDepth fails with
 // kParseErrorValueInvalid at the bracket that would open the next level.
-TextParseResult parseText(const wchar_t* text, JsonDocument& doc);
+TextParseResult parseText(const wchar_t* text, std::size_t size, JsonDocument& doc);
 
 } // namespace json
 } // namespace xch

@@ -150,6 +150,17 @@ private:
         return true;
     }
 
+    // Whether none of the characters needs escaping (a counting loop, which
+    // the compiler vectorizes).
+    static bool plain(const wchar_t* s, std::size_t n) {
+        std::uint32_t special = 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            const std::uint32_t c = static_cast<std::uint32_t>(s[i]);
+            special |= (c < 0x20 || c == '"' || c == '\\') ? 1u : 0u;
+        }
+        return special == 0;
+    }
+
     // The string quoted and escaped: '"', '\\' and control characters are
     // escaped, every other code unit is copied as it is (rapidjson's writer
     // does not validate a string in the document's own encoding).
@@ -159,6 +170,12 @@ private:
         while (i < length) {
             const std::size_t stop = length - i > kStringBlock ? i + kStringBlock : length;
             wchar_t* p = m_out.reserve(6 * (stop - i));
+            if (plain(s + i, stop - i)) { // the common case: a straight copy
+                std::memcpy(p, s + i, (stop - i) * sizeof(wchar_t));
+                m_out.commit(p + (stop - i));
+                i = stop;
+                continue;
+            }
             for (; i < stop; ++i) {
                 const std::uint32_t c = static_cast<std::uint32_t>(s[i]);
                 const char e = c < 256 ? kEscape[c] : 0;
