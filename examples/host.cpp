@@ -4,8 +4,8 @@
 //   xch_host [FILE] > to-worker < from-worker
 //
 // Commands go out on standard output, answers come in on standard input
-// (frames.h); scripts/demo.sh connects it to xch_worker through two named
-// pipes. Every body is loaded from shared memory as it arrives and then
+// (frames/xch_frames.h); scripts/demo.sh connects it to xch_worker through
+// two named pipes. Every body is loaded from shared memory as it arrives and then
 // released; the geometry of each block is loaded while the worker still
 // holds it, and removed when the host's copy goes.
 #include <cstdio>
@@ -27,11 +27,12 @@
 #include <xch_api/xch_api_utf8.h>
 #include <xch_api/xch_api_varnex_info.h>
 
+#include <frames/xch_frames.h>
+
 #include "example_mechanical.h"
 #include "example_pmi.h"
 #include "example_structure.h"
 #include "example_visualization.h"
-#include "frames.h"
 
 using namespace xch;
 
@@ -42,7 +43,7 @@ void say(const std::wstring& text) { std::fprintf(stderr, "host: %s\n", toUtf8(t
 void sendCommand(const Command& command) {
     std::wostringstream text;
     command.writeObject(text);
-    example::writeFrame(stdout, "command", text.str());
+    frames::writeFrame(stdout, "command", text.str());
 }
 
 void report(const std::shared_ptr<IExchangeObject>& object) {
@@ -91,7 +92,7 @@ void report(const std::shared_ptr<IExchangeObject>& object) {
 bool receiveUntilFinished() {
     std::string kind;
     std::wstring text;
-    while (example::readFrame(stdin, kind, text)) {
+    while (frames::readFrame(stdin, kind, text)) {
         std::wistringstream in(text);
         if (kind == "envelope") {
             ExchangeObjectWrapper wrapper;
@@ -124,7 +125,7 @@ bool receiveUntilFinished() {
 } // namespace
 
 int main(int argc, char** argv) {
-    example::prepareStandardStreams();
+    frames::prepareStandardStreams();
     const std::wstring file = argc > 1 ? fromUtf8(argv[1], std::strlen(argv[1])) : L"bracket.stp";
     try {
         Command info;

@@ -1,6 +1,6 @@
 // An example translator worker. It reads commands from standard input and
-// answers on standard output (frames.h), as a real worker would after the
-// host started it:
+// answers on standard output (frames/xch_frames.h), as a real worker would
+// after the host started it:
 //   info   -> the translator description, then a Result
 //   ping   -> a Result
 //   import -> messages, progress, the product structure and the geometry
@@ -29,11 +29,12 @@
 #include <xch_api/xch_api_utf8.h>
 #include <xch_api/xch_api_varnex_info.h>
 
+#include <frames/xch_frames.h>
+
 #include "example_mechanical.h"
 #include "example_pmi.h"
 #include "example_structure.h"
 #include "example_visualization.h"
-#include "frames.h"
 
 using namespace xch;
 
@@ -42,7 +43,7 @@ namespace {
 void send(const std::shared_ptr<IExchangeObject>& object) {
     std::wostringstream text;
     ExchangeObjectWrapper(object).writeObject(text);
-    example::writeFrame(stdout, "envelope", text.str());
+    frames::writeFrame(stdout, "envelope", text.str());
 }
 
 void sendResult(Result::ECode code, const std::wstring& message) {
@@ -52,7 +53,7 @@ void sendResult(Result::ECode code, const std::wstring& message) {
     result.setFinished(true);
     std::wostringstream text;
     result.writeObject(text);
-    example::writeFrame(stdout, "result", text.str());
+    frames::writeFrame(stdout, "result", text.str());
 }
 
 void sendInfo() {
@@ -67,7 +68,7 @@ void sendInfo() {
     info.newExportFormat().setDescription(L"ACIS files").addExtension(L"sat").addFilterExtensions(L"*.sat;*.sab");
     std::wostringstream text;
     info.writeObject(text);
-    example::writeFrame(stdout, "info", text.str());
+    frames::writeFrame(stdout, "info", text.str());
 }
 
 // Keeps the block geometry alive until the host is done: its shared memory
@@ -111,7 +112,7 @@ void runImport(const ImportOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    example::prepareStandardStreams();
+    frames::prepareStandardStreams();
     if (argc == 3 && std::strcmp(argv[1], "--log") == 0) {
         // Debug level: the log names every shared-memory object this worker
         // creates, before it creates it.
@@ -123,7 +124,7 @@ int main(int argc, char** argv) {
     std::string kind;
     std::wstring text;
     try {
-        while (example::readFrame(stdin, kind, text)) {
+        while (frames::readFrame(stdin, kind, text)) {
             if (kind != "command")
                 continue;
             Command command;

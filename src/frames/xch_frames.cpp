@@ -1,10 +1,9 @@
-#include "frames.h"
+#include "frames/xch_frames.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
-#include <vector>
 
 #include <xch_api/xch_api_utf8.h>
 
@@ -15,7 +14,8 @@
 #  include <csignal>
 #endif
 
-namespace example {
+namespace xch {
+namespace frames {
 
 namespace {
 
@@ -48,7 +48,8 @@ void writeFrame(std::FILE* out, const std::string& kind, const std::wstring& tex
     if (std::fflush(out) != 0) writeFailed();
 }
 
-bool readFrame(std::FILE* in, std::string& kind, std::wstring& text) {
+bool readFrameBytes(std::FILE* in, std::string& kind, std::string& bytes) {
+    bytes.clear();
     char header[64];
     if (!std::fgets(header, sizeof header, in))
         return false;
@@ -61,17 +62,27 @@ bool readFrame(std::FILE* in, std::string& kind, std::wstring& text) {
     unsigned long long size = 0;
     if (std::sscanf(header, "%31s %llu", name, &size) != 2 || size > kMaxFrame)
         throw std::runtime_error("malformed frame header");
-    std::vector<char> bytes;
+    kind = name;
     while (bytes.size() < size) {
         std::size_t want = static_cast<std::size_t>(std::min<unsigned long long>(size - bytes.size(), kChunk));
         std::size_t have = bytes.size();
         bytes.resize(have + want);
-        std::size_t got = std::fread(bytes.data() + have, 1, want, in);
-        if (got != want) throw std::runtime_error("input ended inside a frame");
+        std::size_t got = std::fread(&bytes[have], 1, want, in);
+        if (got != want) {
+            bytes.resize(have + got);
+            throw std::runtime_error("input ended inside a frame");
+        }
     }
-    kind = name;
+    return true;
+}
+
+bool readFrame(std::FILE* in, std::string& kind, std::wstring& text) {
+    std::string bytes;
+    if (!readFrameBytes(in, kind, bytes))
+        return false;
     text = xch::fromUtf8(bytes.data(), bytes.size());
     return true;
 }
 
-} // namespace example
+} // namespace frames
+} // namespace xch
