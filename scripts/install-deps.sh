@@ -6,6 +6,8 @@
 set -eu
 
 packages="cmake ninja-build g++ rapidjson-dev zlib1g-dev libdeflate-dev libboost-dev libgtest-dev libbenchmark-dev gzip"
+# The Open CASCADE translator worker and the glTF output of `xch import`.
+packages="$packages libocct-data-exchange-dev libocct-modeling-algorithms-dev libocct-modeling-data-dev libocct-ocaf-dev libocct-foundation-dev libtbb-dev libtinygltf-dev"
 if [ "${1:-}" = "windows" ]; then
   packages="$packages googletest g++-mingw-w64-x86-64 libz-mingw-w64-dev wine wine64"
 fi

@@ -3,6 +3,8 @@
 //   xch encode [--gzip] INPUT OUTPUT   JSON text (UTF-8) -> binary JSON
 //   xch decode INPUT                   binary JSON (plain, gzip or zlib)
 //                                      -> pretty JSON text (UTF-8) on stdout
+//   xch import FILE [...]              imports FILE through a translator
+//                                      worker (xch_import.h)
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -22,6 +24,7 @@
 #include <xch_api/xch_api_utf8.h>
 
 #include "xch_shm.h"
+#include "xch_import.h"
 
 namespace {
 
@@ -105,7 +108,7 @@ int main(int argc, char** argv) {
             return 2;
         }
         if (args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
-            std::cout << kUsage << xch_tool::shmUsage();
+            std::cout << kUsage << xch_tool::shmUsage() << xch_tool::kImportUsage;
             return 0;
         }
         if (args[0] == "encode") {
@@ -126,6 +129,8 @@ int main(int argc, char** argv) {
             }
             return decode(args[1]);
         }
+        if (args[0] == "import")
+            return xch_tool::runImportCommand(std::vector<std::string>(args.begin() + 1, args.end()), argv[0]);
         std::cerr << "xch: unknown command '" << args[0] << "' (try xch --help)\n";
         return 2;
     } catch (const std::exception& e) {
