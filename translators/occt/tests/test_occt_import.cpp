@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <sstream>
 #include <string>
@@ -215,16 +216,12 @@ TEST(OcctImport, StepModelsArePresent) {
         GTEST_SKIP() << "no STEP models in " << dataDir() << " (configure with -DXCH_STEP_DATA_DIR=...)";
 }
 
-class OcctStepModel : public ::testing::TestWithParam<std::string> {};
-
-// Counts equal Open CASCADE's own reading, references resolve, the
-// restored geometry numbers its faces as the display model does, the .glb
-// holds the same triangles, and no shared memory is left.
-TEST_P(OcctStepModel, ImportsWhatOpenCascadeReads) {
-    const std::string path = (dataDir() / GetParam()).string();
-    Scratch scratch;
-    ImportedModel model;
-    ImportSummary summary = runImport(path, model);
+// Imports `path` and checks what arrived: counts equal Open CASCADE's own
+// reading, references resolve, the restored geometry numbers its faces as
+// the display model does, the .glb holds the same triangles, and no shared
+// memory is left.
+void checkImport(const std::string& path, const fs::path& scratch, ImportedModel& model, ImportSummary& summary) {
+    summary = runImport(path, model);
     ASSERT_TRUE(summary.ok) << toUtf8(summary.error);
     expectNoSharedMemoryLeft(summary);
 
@@ -274,10 +271,19 @@ TEST_P(OcctStepModel, ImportsWhatOpenCascadeReads) {
         }
     }
 
-    const std::string glb = (scratch.dir / "model.glb").string();
+    const std::string glb = (scratch / "model.glb").string();
     std::string error;
     ASSERT_TRUE(xch_tool::writeGlb(model, glb, error)) << error;
     EXPECT_EQ(glbTriangles(glb), summary.triangles);
+}
+
+class OcctStepModel : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(OcctStepModel, ImportsWhatOpenCascadeReads) {
+    Scratch scratch;
+    ImportedModel model;
+    ImportSummary summary;
+    checkImport((dataDir() / GetParam()).string(), scratch.dir, model, summary);
 }
 
 INSTANTIATE_TEST_SUITE_P(Models, OcctStepModel, ::testing::ValuesIn(stepModels()),
@@ -399,4 +405,37 @@ TEST(OcctImport, PmiFailureFallsBackToGeometry) {
     EXPECT_GT(summary.triangles, 0u);
     EXPECT_EQ(summary.dimensions + summary.tolerances + summary.datums + summary.views, 0u);
     expectNoSharedMemoryLeft(summary);
+}
+
+// The demo's generated files: the assembly keeps its tree, its instance
+// colour and its names; the part keeps its GD&T.
+TEST(OcctImport, GeneratedDemoFilesImport) {
+    Scratch scratch;
+    const std::string command = (binDir() / "xch_step_generator").string() + " " + scratch.dir.string() + " > /dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+
+    ImportedModel assembly;
+    ImportSummary summary;
+    checkImport((scratch.dir / "bracket_assembly.stp").string(), scratch.dir, assembly, summary);
+    ASSERT_TRUE(assembly.structure);
+    EXPECT_EQ(summary.blocks, 6u);     // assembly, bolt kit, plate, bracket, bolt, nut
+    EXPECT_EQ(summary.references, 10u); // 1 root, 7 in the assembly, 2 in the kit
+    EXPECT_EQ(summary.instances, 11u);  // plate, 2 brackets, 4 x (bolt, nut)
+    std::map<std::wstring, ExcColor> colours;
+    assembly.structure->visit([&](const ExcBlockReference& reference, const ExcBlock*, std::size_t) {
+        colours[reference.name()] = reference.color();
+        return true;
+    });
+    ASSERT_EQ(colours.count(L"Bracket:2"), 1u);
+    EXPECT_TRUE(colours[L"Bracket:2"].hasRGB());
+    EXPECT_GT(colours[L"Bracket:2"][ExcColor::Red], 150);
+    EXPECT_LT(colours[L"Bracket:2"][ExcColor::Green], 80);
+    EXPECT_FALSE(colours[L"Bracket:1"].hasRGB());
+    EXPECT_EQ(colours.count(L"Bolt kit:4"), 1u);
+
+    ImportedModel part;
+    checkImport((scratch.dir / "plate_with_pmi.stp").string(), scratch.dir, part, summary);
+    EXPECT_EQ(summary.dimensions, 1u);
+    EXPECT_EQ(summary.tolerances, 2u);
+    EXPECT_EQ(summary.datums, 1u);
 }
