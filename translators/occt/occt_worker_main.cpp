@@ -8,6 +8,8 @@
 //             memory), display model and mechanical data, the root objects,
 //             finished-stage notices, then a Result
 //   export -> an error Result (this worker writes no files)
+// The shared memory of what the worker sends lives until the worker ends:
+// a host loads what it wants before it closes the worker's input.
 // Open CASCADE prints its reports on standard output; the frames therefore
 // go to a private copy of the original output, and standard output is
 // pointed at standard error.
@@ -18,12 +20,14 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <regex>
 #include <sstream>
 #include <vector>
 
 #include <unistd.h>
 
 #include <frames/xch_frames.h>
+#include <mp/mp_shared_buffer.h>
 #include <xch_api/xch_api_command.h>
 #include <xch_api/xch_api_exchange_wrapper.h>
 #include <xch_api/xch_api_format_options.h>
@@ -54,12 +58,33 @@ void sendResult(Result::ECode code, const std::wstring& message) {
     sendFrame("result", result);
 }
 
+// The name of the shared-memory body an envelope carries (its
+// "exchange_object_data" string), or empty.
+std::wstring bodyName(const std::wstring& envelope) {
+    static const std::wregex uuid(L"\"exchange_object_data\":\"([0-9a-fA-F-]{36})\"");
+    std::wsmatch match;
+    return std::regex_search(envelope, match, uuid) ? match[1].str() : std::wstring();
+}
+
+// Sends the objects of a job to the host. The shared memory of everything
+// sent lives as long as the worker: the block geometry through the objects
+// kept here, the envelope bodies until the channel goes. So whichever way
+// the session ends (the host closes the worker's input, or goes away and
+// the next write fails), nothing the host did not take is left behind.
 class PipeChannel : public occt_worker::Channel {
 public:
+    ~PipeChannel() override {
+        for (const std::wstring& name : m_bodies) mp::SharedBuffer<char>::remove(name);
+    }
+
     void send(const std::shared_ptr<IExchangeObject>& object) override {
         const auto start = std::chrono::steady_clock::now();
         std::wostringstream text;
         ExchangeObjectWrapper(object).writeObject(text);
+        if (object->binary()) {
+            std::wstring name = bodyName(text.str());
+            if (!name.empty()) m_bodies.push_back(std::move(name));
+        }
         frames::writeFrame(g_out, "envelope", text.str());
         m_exchange += std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     }
@@ -69,10 +94,9 @@ public:
         m_times[stage] += milliseconds;
     }
 
-    // A new job: what the last one kept can go (the host has read all of
-    // it by now), and its times start again.
+    // A new job: its times start again. What earlier jobs sent stays until
+    // the session ends (a host may load it late).
     void startJob() {
-        m_kept.clear();
         m_times.clear();
         m_order.clear();
         m_exchange = 0;
@@ -93,6 +117,7 @@ public:
 
 private:
     std::vector<std::shared_ptr<IExchangeObject>> m_kept;
+    std::vector<std::wstring> m_bodies;
     std::map<std::wstring, double> m_times;
     std::vector<std::wstring> m_order;
     double m_exchange = 0;
