@@ -133,6 +133,11 @@ void WorkerProcess::kill() {
 
 #endif
 
+void WorkerProcess::closeOutput() {
+    if (m_fromWorker) std::fclose(m_fromWorker);
+    m_fromWorker = nullptr;
+}
+
 WorkerProcess::~WorkerProcess() {
     bool normal = false;
     wait(normal);

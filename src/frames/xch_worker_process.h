@@ -36,6 +36,10 @@ public:
     // Ends the worker at once (SIGKILL, TerminateProcess).
     void kill();
 
+    // Stops reading the worker's answers and closes our end of its output:
+    // a worker that writes more sees a broken pipe (the host has gone).
+    void closeOutput();
+
 private:
     std::FILE* m_toWorker = nullptr;
     std::FILE* m_fromWorker = nullptr;

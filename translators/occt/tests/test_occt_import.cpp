@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -385,6 +386,42 @@ TEST(OcctImport, WorkerKilledMidJobIsReported) {
     EXPECT_NE(error.find("the worker ended before it finished"), std::string::npos) << error;
     EXPECT_NE(error.find("killed by signal 9"), std::string::npos) << error;
     expectNoSharedMemoryLeft(summary);
+}
+
+// A host that goes away in the middle of a job: the worker ends (at its
+// next write, or at the end of its input), and the shared memory it had
+// sent but nobody read is gone.
+TEST(OcctImport, WorkerEndsAndCleansUpWhenTheHostGoes) {
+    const std::vector<std::string> models = stepModels();
+    if (models.empty()) GTEST_SKIP() << "no STEP models in " << dataDir();
+    const std::string file = (dataDir() / models.front()).string();
+    frames::WorkerProcess worker(workerPath());
+    auto options = Command::newImportOptions();
+    options->setFile(fromUtf8(file.data(), file.size()));
+    Command import;
+    import.setType(Command::Import);
+    import.setImportOptions(options);
+    std::wostringstream text;
+    import.writeObject(text);
+    frames::writeFrame(worker.input(), "command", text.str());
+    // Read up to the first block geometry, loading nothing.
+    std::vector<std::wstring> unread;
+    std::string kind, bytes;
+    bool sawGeometry = false;
+    while (!sawGeometry && frames::readFrameBytes(worker.output(), kind, bytes)) {
+        static const std::regex uuid("[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}");
+        for (std::sregex_iterator it(bytes.begin(), bytes.end(), uuid), end; it != end; ++it)
+            unread.push_back(fromUtf8(it->str().data(), it->str().size()));
+        sawGeometry = bytes.find("exc_block_geometry") != std::string::npos;
+    }
+    ASSERT_TRUE(sawGeometry);
+    ASSERT_FALSE(unread.empty());
+    for (const std::wstring& name : unread) EXPECT_TRUE(mp::SharedBuffer<char>::exists(name));
+    worker.closeOutput();
+    bool normal = true;
+    worker.wait(normal); // broken pipe or end of input, whichever it meets first
+    for (const std::wstring& name : unread)
+        EXPECT_FALSE(mp::SharedBuffer<char>::exists(name)) << "left in shared memory: " << toUtf8(name);
 }
 
 // When GD&T makes Open CASCADE fail, the file is translated again without
