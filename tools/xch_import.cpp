@@ -344,16 +344,21 @@ void count(const ImportedModel& model, ImportSummary& summary) {
             if (block && block->isPart()) ++summary.instances;
             return summary.instances < 100000000;
         });
-        for (const auto& group : structure.miscData().groups()) {
-            if (group->name() != L"Semantic PMI") continue;
-            for (const auto& property : group->properties()) {
-                const std::size_t value = std::wcstoul(property.value().c_str(), nullptr, 10);
-                if (property.name() == L"Dimensions") summary.dimensions = value;
-                if (property.name() == L"Geometric tolerances") summary.tolerances = value;
-                if (property.name() == L"Datums") summary.datums = value;
+    }
+    auto countPmi = [&](const std::shared_ptr<ExcPMIData>& data) {
+        if (!data) return;
+        for (const auto& set : data->annotationSets()) {
+            if (!set) continue;
+            for (const auto& view : set->views()) {
+                if (!view) continue;
+                summary.dimensions += view->dimensions().size();
+                summary.tolerances += view->gdts().size();
+                summary.datums += view->datums().size() + view->datumTargets().size();
             }
         }
-    }
+    };
+    for (const auto& entry : model.mechanical) countPmi(entry.second->pmiData());
+    if (model.rootMechanical) countPmi(model.rootMechanical->pmiData());
     for (const auto& entry : model.visualization) {
         if (!entry.second->visualizationData()) continue;
         const ExcVisualizationData::Counts n = entry.second->visualizationData()->counts();

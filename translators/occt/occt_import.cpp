@@ -436,18 +436,27 @@ Result importStep(const ImportSettings& settings, Channel& channel) {
     }
     if (structure->blocks().empty())
         return failure(L"Cannot import " + settings.file + L": the file holds no shapes");
-    const PmiCounts pmi = countPmi(reading.document);
-    if (pmi.dimensions + pmi.tolerances + pmi.datums > 0) {
-        // Until the GD&T travels as PMI objects, its size is told here.
-        auto group = std::make_shared<ExcMiscPropertiesGroup>(L"Semantic PMI", false);
-        group->addProperty(ExcMiscProperty(L"Dimensions", ExcMiscProperty::TypeInteger, std::to_wstring(pmi.dimensions)));
-        group->addProperty(ExcMiscProperty(L"Geometric tolerances", ExcMiscProperty::TypeInteger,
-                                           std::to_wstring(pmi.tolerances)));
-        group->addProperty(ExcMiscProperty(L"Datums", ExcMiscProperty::TypeInteger, std::to_wstring(pmi.datums)));
-        structure->miscData().addGroup(group);
-    }
     channel.send(structure);
     channel.send(std::make_shared<ExcStageFinished>(ExcStageFinished::ProductStructure));
+
+    // ---- the GD&T, by part
+    PmiMapping pmi;
+    if (settings.pmi) {
+        std::vector<PmiPart> pmiParts;
+        for (const Definition& d : builder.definitions())
+            if (d.block->isPart()) pmiParts.push_back({d.label, d.block->id(), d.shape});
+        try {
+            OCC_CATCH_SIGNALS
+            pmi = mapPmi(reading.document, pmiParts, reading.unit.type);
+        } catch (const Standard_Failure& failure) {
+            pmi = PmiMapping();
+            channel.send(std::make_shared<ExcMessage>(L"Warning: the GD&T could not be read: " +
+                                                      wide(std::string(failure.GetMessageString()))));
+        }
+        if (pmi.unattached)
+            channel.send(std::make_shared<ExcLog>(std::to_wstring(pmi.unattached) +
+                                                  L" GD&T items name no face of a part; they are given to the first part"));
+    }
 
     // ---- per part: exact geometry, display model, mechanical data
     std::size_t parts = 0, faceTotal = 0;
@@ -494,7 +503,10 @@ Result importStep(const ImportSettings& settings, Channel& channel) {
                                                       d.block->name() + L") could not be processed: " +
                                                       wide(std::string(failure.GetMessageString()))));
         }
-        channel.send(std::make_shared<ExcBlockMechanicalData>(id));
+        auto mechanical = std::make_shared<ExcBlockMechanicalData>(id);
+        auto found = pmi.byBlock.find(id);
+        if (found != pmi.byBlock.end()) mechanical->setPMIData(found->second);
+        channel.send(mechanical);
     }
     flushReports();
     channel.send(std::make_shared<ExcStageFinished>(ExcStageFinished::Visualization));

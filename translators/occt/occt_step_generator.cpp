@@ -177,7 +177,7 @@ bool writePartWithPmi(const std::string& path) {
     dimension->SetType(XCAFDimTolObjects_DimensionType_Size_Diameter);
     dimension->SetValue(16.0);
     dimension->SetUpperTolValue(0.1);
-    dimension->SetLowerTolValue(-0.05);
+    dimension->SetLowerTolValue(0.05); // the writer gives the lower deviation its sign
     XCAFDoc_Dimension::Set(diameter)->SetObject(dimension);
     gdt->SetDimension(hole, diameter);
 

@@ -193,6 +193,23 @@ const std::vector<std::shared_ptr<ExcVisuFace>>* displayFaces(const ImportedMode
     return nullptr;
 }
 
+// The PMI annotations a block's mechanical data carries.
+std::vector<const ExcPMIAnnotation*> annotationsOf(const ImportedModel& model, std::uint64_t block) {
+    std::vector<const ExcPMIAnnotation*> out;
+    auto it = model.mechanical.find(block);
+    if (it == model.mechanical.end() || !it->second->pmiData()) return out;
+    for (const auto& set : it->second->pmiData()->annotationSets()) {
+        EXPECT_EQ(set->blockId(), block);
+        for (const auto& view : set->views()) {
+            for (const auto& a : view->dimensions()) out.push_back(a.get());
+            for (const auto& a : view->gdts()) out.push_back(a.get());
+            for (const auto& a : view->datums()) out.push_back(a.get());
+            for (const auto& a : view->datumTargets()) out.push_back(a.get());
+        }
+    }
+    return out;
+}
+
 // Triangles of a .glb, each part's mesh counted once however often it is
 // placed.
 std::size_t glbTriangles(const std::string& path) {
@@ -243,6 +260,7 @@ void checkImport(const std::string& path, const fs::path& scratch, ImportedModel
         for (const auto& reference : block->blockReferences())
             EXPECT_TRUE(model.structure->getBlockById(reference->blockId())) << "reference to a missing block";
 
+    std::size_t linkedFaces = 0;
     for (const auto& block : model.structure->blocks()) {
         if (!block->isPart()) continue;
         SCOPED_TRACE("block " + std::to_string(block->id()));
@@ -270,6 +288,32 @@ void checkImport(const std::string& path, const fs::path& scratch, ImportedModel
             EXPECT_NEAR(triangleArea(face), props.Mass(), 0.05 * props.Mass() + 1e-4 * whole.Mass())
                 << "face " << i;
         }
+        // Every sub-entity a PMI annotation of the block links to exists in
+        // the restored shape.
+        TopTools_IndexedMapOfShape edges, vertices;
+        TopExp::MapShapes(restored, TopAbs_EDGE, edges);
+        TopExp::MapShapes(restored, TopAbs_VERTEX, vertices);
+        for (const ExcPMIAnnotation* annotation : annotationsOf(model, block->id())) {
+            for (const auto& element : annotation->linkedElements()) {
+                ASSERT_TRUE(element && element->fsp()) << toUtf8(annotation->id());
+                const ExcFullSubentPath& path = *element->fsp();
+                EXPECT_TRUE(path.refs().empty());
+                const std::uint64_t id = path.subentId();
+                if (path.subentType() == ExcFullSubentPath::Face) {
+                    EXPECT_TRUE(id >= 1 && id <= static_cast<std::uint64_t>(faces.Extent())) << id;
+                    ++linkedFaces;
+                } else if (path.subentType() == ExcFullSubentPath::Edge) {
+                    EXPECT_TRUE(id >= 1 && id <= static_cast<std::uint64_t>(edges.Extent())) << id;
+                } else if (path.subentType() == ExcFullSubentPath::Vertex) {
+                    EXPECT_TRUE(id >= 1 && id <= static_cast<std::uint64_t>(vertices.Extent())) << id;
+                } else {
+                    EXPECT_EQ(path.subentType(), ExcFullSubentPath::Body);
+                }
+            }
+        }
+    }
+    if (summary.dimensions + summary.tolerances > 0) {
+        EXPECT_GT(linkedFaces, 0u);
     }
 
     const std::string glb = (scratch / "model.glb").string();
@@ -475,4 +519,26 @@ TEST(OcctImport, GeneratedDemoFilesImport) {
     EXPECT_EQ(summary.dimensions, 1u);
     EXPECT_EQ(summary.tolerances, 2u);
     EXPECT_EQ(summary.datums, 1u);
+    ASSERT_EQ(part.mechanical.size(), 1u);
+    const auto& view = part.mechanical.begin()->second->pmiData()->annotationSets().at(0)->views().at(0);
+    const ExcPMIDimension& diameter = *view->dimensions().at(0);
+    EXPECT_EQ(diameter.subType(), ExcPMIDimension::SubDiameter);
+    EXPECT_NEAR(diameter.value(), 16.0, 1e-9);
+    EXPECT_NEAR(diameter.numericalToleranceUpper(), 0.1, 1e-9);
+    EXPECT_NEAR(diameter.numericalToleranceLower(), -0.05, 1e-9);
+    std::shared_ptr<ExcPMIGDT> position;
+    for (const auto& gdt : view->gdts())
+        if (gdt->toleranceType() == ExcPMIGDT::LocationTruePosition) position = gdt;
+    ASSERT_TRUE(position);
+    const ExcPMIGDT::Row& row = *position->gdtRows().at(0);
+    EXPECT_NEAR(row.toleranceValue(), 0.2, 1e-9);
+    EXPECT_EQ(row.toleranceValueType(), ExcPMIGDT::ValueDiameter);
+    ASSERT_EQ(row.zoneModifiers().size(), 1u);
+    EXPECT_EQ(row.zoneModifiers()[0].modifier, ExcPMIGDT::MaterialConditionMaximum);
+    ASSERT_TRUE(row.referenceFrame());
+    EXPECT_EQ(row.referenceFrame()->label(), L"A");
+    ASSERT_EQ(row.referenceFrame()->datumRefs().size(), 1u);
+    const auto& datumId = row.referenceFrame()->datumRefs()[0].modifiedDatums().at(0).datumId();
+    EXPECT_EQ(datumId, view->datums().at(0)->id());
+    EXPECT_EQ(view->datums().at(0)->label(), L"A");
 }
