@@ -5,6 +5,7 @@
 #include <xch_api/xch_api_entity.h>
 #include <xch_api/xch_api_exchange_common.h>
 #include <xch_api/xch_api_exchange_object.h>
+#include <xch_api/xch_api_exchange_pmi.h>
 #include <xch_api/xch_api_exchange_structure.h>
 #include <xch_api/xch_api_legacy_maps.h>
 #include <xch_api/xch_api_mechanical_data.h>
@@ -93,6 +94,15 @@ const std::vector<ModelClass>& modelClasses() {
         nested<ExcVisuEdge>("ExcVisuEdge"), nested<ExcVisuPoints>("ExcVisuPoints"),
         nested<ExcVisuMesh>("ExcVisuMesh"), nested<ExcVisuWire>("ExcVisuWire"),
         nested<ExcVisuPointSet>("ExcVisuPointSet"),
+        // PMI
+        nested<ExcPMIText>("ExcPMIText"), nested<ExcPMILeader>("ExcPMILeader"), nested<ExcPMINote>("ExcPMINote"),
+        nested<ExcPMINote::Text>("ExcPMINote::Text"), nested<ExcPMIDatum>("ExcPMIDatum"),
+        nested<ExcPMIDatumTarget>("ExcPMIDatumTarget"), nested<ExcPMIGDT>("ExcPMIGDT"),
+        nested<ExcPMIGDT::Row>("ExcPMIGDT::Row"), nested<ExcPMIGDT::Frame>("ExcPMIGDT::Frame"),
+        nested<ExcPMIGDT::DatumRef>("ExcPMIGDT::DatumRef"), nested<ExcPMIGDT::ModifiedDatum>("ExcPMIGDT::ModifiedDatum"),
+        nested<ExcPMIDimension>("ExcPMIDimension"), nested<ExcPMIRoughness>("ExcPMIRoughness"),
+        nested<ExcPMIAnnotationView>("ExcPMIAnnotationView"), nested<ExcPMICapture>("ExcPMICapture"),
+        nested<ExcPMIAnnotationSet>("ExcPMIAnnotationSet"), nested<ExcPMIData>("ExcPMIData"),
     };
     return classes;
 }
