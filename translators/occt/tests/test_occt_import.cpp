@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -40,6 +41,7 @@
 #include <frames/xch_worker_process.h>
 #include <mp/mp_shared_buffer.h>
 #include <xch_api/xch_api_command.h>
+#include <xch_api/xch_api_json.h>
 #include <xch_api/xch_api_messages.h>
 #include <xch_api/xch_api_utf8.h>
 
@@ -541,4 +543,44 @@ TEST(OcctImport, GeneratedDemoFilesImport) {
     const auto& datumId = row.referenceFrame()->datumRefs()[0].modifiedDatums().at(0).datumId();
     EXPECT_EQ(datumId, view->datums().at(0)->id());
     EXPECT_EQ(view->datums().at(0)->label(), L"A");
+}
+
+// The command line: `xch import --json` prints one JSON object with the
+// counts on standard output and writes the .glb; a failure exits non-zero
+// with the reason on standard error.
+TEST(OcctImport, CommandLine) {
+    Scratch scratch;
+    const std::string generator = (binDir() / "xch_step_generator").string() + " " + scratch.dir.string() + " > /dev/null";
+    ASSERT_EQ(std::system(generator.c_str()), 0);
+    const std::string xch = (binDir() / "xch").string();
+    const std::string glb = (scratch.dir / "plate.glb").string();
+    auto run = [&](const std::string& arguments, std::string& out) {
+        const std::string command = xch + " import " + arguments + " 2> " + (scratch.dir / "err.txt").string();
+        out.clear();
+        FILE* pipe = ::popen(command.c_str(), "r");
+        char buffer[4096];
+        for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
+        return ::pclose(pipe);
+    };
+    std::string out;
+    ASSERT_EQ(run((scratch.dir / "plate_with_pmi.stp").string() + " --json --out " + glb, out), 0) << out;
+    JsonDocument json;
+    std::wistringstream text(fromUtf8(out.data(), out.size()));
+    json.Parse(text.str().c_str());
+    ASSERT_TRUE(json.IsObject()) << out;
+    for (const wchar_t* key : {L"blocks", L"references", L"faces", L"triangles", L"dimensions", L"tolerances", L"datums", L"views"})
+        EXPECT_TRUE(json.HasMember(key) && json[key].IsUint64()) << toUtf8(key);
+    EXPECT_EQ(json[L"blocks"].GetUint64(), 1u);
+    EXPECT_EQ(json[L"dimensions"].GetUint64(), 1u);
+    EXPECT_EQ(json[L"tolerances"].GetUint64(), 2u);
+    EXPECT_EQ(json[L"datums"].GetUint64(), 1u);
+    EXPECT_TRUE(json[L"ok"].IsTrue());
+    EXPECT_EQ(glbTriangles(glb), json[L"triangles"].GetUint64());
+
+    EXPECT_NE(run((scratch.dir / "none.stp").string() + " --json", out), 0);
+    EXPECT_NE(out.find("\"ok\":false"), std::string::npos) << out;
+    std::ifstream err(scratch.dir / "err.txt");
+    const std::string errors((std::istreambuf_iterator<char>(err)), std::istreambuf_iterator<char>());
+    EXPECT_NE(errors.find("no such file"), std::string::npos) << errors;
+    EXPECT_NE(run("--deviation -1 x.stp", out), 0);
 }
