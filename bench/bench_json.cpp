@@ -27,6 +27,7 @@
 #include <sstream>
 #include <streambuf>
 #include <string>
+#include <vector>
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
@@ -177,6 +178,18 @@ private:
     std::wstring m_text;
 };
 
+// Every iteration starts with cold caches (a buffer twice the size of a
+// large last-level cache is written outside the timed region), so that the
+// 1x document, which would otherwise stay cached from one iteration to the
+// next, is read from memory as the 10x one has to be.
+void coldCaches(benchmark::State& state) {
+    static std::vector<char> sweep(64u << 20);
+    state.PauseTiming();
+    for (std::size_t i = 0; i < sweep.size(); i += 64) sweep[i] = static_cast<char>(sweep[i] + 1);
+    benchmark::DoNotOptimize(sweep.data());
+    state.ResumeTiming();
+}
+
 void setCounters(benchmark::State& state, const Model& m) {
     state.counters["chars"] = static_cast<double>(m.text.size());
     state.counters["binary_bytes"] = static_cast<double>(m.binary.size());
@@ -187,6 +200,7 @@ void setCounters(benchmark::State& state, const Model& m) {
 void RapidjsonParse(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         JsonDocument doc;
         doc.Parse(m.text.c_str());
         benchmark::DoNotOptimize(doc.IsObject());
@@ -197,6 +211,7 @@ void RapidjsonParse(benchmark::State& state) {
 void RapidjsonParseFullPrecision(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         JsonDocument doc;
         doc.Parse<rapidjson::kParseFullPrecisionFlag>(m.text.c_str());
         benchmark::DoNotOptimize(doc.IsObject());
@@ -207,6 +222,7 @@ void RapidjsonParseFullPrecision(benchmark::State& state) {
 void RapidjsonWriter(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         rapidjson::GenericStringBuffer<xch::JsonEncoding> buffer;
         rapidjson::Writer<decltype(buffer), xch::JsonEncoding, xch::JsonEncoding> writer(buffer);
         m.doc->Accept(writer);
@@ -218,6 +234,7 @@ void RapidjsonWriter(benchmark::State& state) {
 void RapidjsonPrettyWriter(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         rapidjson::GenericStringBuffer<xch::JsonEncoding> buffer;
         rapidjson::PrettyWriter<decltype(buffer), xch::JsonEncoding, xch::JsonEncoding> writer(buffer);
         writer.SetIndent(L' ', 2);
@@ -233,6 +250,7 @@ void RapidjsonPrettyWriter(benchmark::State& state) {
 void BinaryDecode(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         JsonDocument doc;
         benchmark::DoNotOptimize(xch::JsonBinaryIO::read(m.binary.data(), m.binary.size(), doc));
     }
@@ -242,6 +260,7 @@ void BinaryDecode(benchmark::State& state) {
 void BinaryEncode(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         std::string out;
         xch::JsonBinaryIO::write(out, *m.doc);
         benchmark::DoNotOptimize(out.data());
@@ -252,6 +271,7 @@ void BinaryEncode(benchmark::State& state) {
 void TextRead(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         TextView view(m.text);
         std::wistream in(&view);
         JsonDocument doc;
@@ -266,6 +286,7 @@ void writeText(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     TextSink sink;
     for (auto _ : state) {
+        coldCaches(state);
         sink.rewind();
         std::wostream out(&sink);
         xch::JsonTextIO::write(out, *m.doc, Pretty);
@@ -281,6 +302,7 @@ void TextWritePretty(benchmark::State& state) { writeText<true>(state); }
 void TextWriteStringStream(benchmark::State& state) {
     const Model& m = model(static_cast<int>(state.range(0)));
     for (auto _ : state) {
+        coldCaches(state);
         std::wostringstream out;
         xch::JsonTextIO::write(out, *m.doc, false);
         benchmark::DoNotOptimize(out.tellp());
