@@ -195,6 +195,13 @@ TEST(JsonBinaryIO, TruncatedAndHostileInputFailsCleanly) {
         v = &(*v)[0];
     }
     EXPECT_THROW(encode(doc), std::length_error);
+    // A refused document leaves nothing behind in a string or on a stream.
+    std::string bytes = "kept";
+    EXPECT_THROW(JsonBinaryIO::write(bytes, doc), std::length_error);
+    EXPECT_EQ(bytes, "kept");
+    std::ostringstream out;
+    EXPECT_THROW(JsonBinaryIO::write(out, doc), std::length_error);
+    EXPECT_EQ(out.str(), "");
 }
 
 // A body of one-byte values must not decode into a tree many times its size:

@@ -14,7 +14,9 @@
 // Decoding treats its input as untrusted: truncated input throws
 // std::length_error, an unknown tag std::invalid_argument, and nesting
 // deeper than limits::kMaxJsonDepth std::length_error; nothing is
-// allocated from a declared length before the input is known to hold it.
+// allocated from a declared length before the input is known to hold it,
+// and a tree larger than limits::maxDecodedBytes(input size) is refused
+// with std::length_error. A failed decode leaves the document null.
 #pragma once
 
 #include <cstddef>
@@ -28,11 +30,14 @@ namespace xch {
 
 class XCH_API JsonBinaryIO {
 public:
-    // Encodes the root of `doc` onto `out`, which must support tellp/seekp
-    // (object and array byte counts are patched in place).
+    // Encodes the root of `doc` onto `out`. The encoding is made in memory
+    // first (object and array byte counts are patched in place there), so a
+    // refused document (nesting deeper than limits::kMaxJsonDepth:
+    // std::length_error) writes nothing.
     static std::ostream& write(std::ostream& out, const JsonDocument& doc);
 
-    // Encodes the root of `doc`, appending to `out` (no stream involved).
+    // Encodes the root of `doc`, appending to `out` (no stream involved);
+    // a refused document leaves `out` as it was.
     static void write(std::string& out, const JsonDocument& doc);
 
     // Decodes one value from `in` into `doc`. Reads take only what the
