@@ -229,7 +229,7 @@ TEST(JsonTextIO, WriteToFileUsesTheNarrowCodePage) {
     record.label = L"plain \u4e2d";
     std::string path = xch_test::tempPath("record.json");
     JsonTextIO::writeToFile(record, std::wstring(path.begin(), path.end()));
-    std::ifstream in(path); // text mode: the platform's line ends read as '\n'
+    std::ifstream in(path, std::ios::binary); // the bytes as written
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     in.close();
     std::remove(path.c_str());
