@@ -1,8 +1,10 @@
 #!/bin/sh
 # Sets up, builds and runs every test.
-#   scripts/test.sh          Linux tests, then the Windows cross build under Wine
-#   scripts/test.sh linux    Linux only
-#   scripts/test.sh windows  Windows only
+#   scripts/test.sh             Linux tests, then the Windows cross build under Wine (and the
+#                               sanitizer leg when XCH_SANITIZER_LEG=1)
+#   scripts/test.sh linux       Linux only
+#   scripts/test.sh sanitizers  ASan+UBSan suite, TSan shared-state suites, short fuzzing (scripts/test-sanitizers.sh)
+#   scripts/test.sh windows     Windows only
 set -eu
 cd "$(dirname "$0")/.."
 leg="${1:-all}"
@@ -12,6 +14,10 @@ if [ "$leg" = "all" ] || [ "$leg" = "linux" ]; then
   cmake --preset linux-debug
   cmake --build --preset linux-debug
   ctest --preset linux-debug -j2
+fi
+
+if { [ "$leg" = "all" ] && [ "${XCH_SANITIZER_LEG:-0}" = "1" ]; } || [ "$leg" = "sanitizers" ]; then
+  scripts/test-sanitizers.sh
 fi
 
 if [ "$leg" = "all" ] || [ "$leg" = "windows" ]; then
