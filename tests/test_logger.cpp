@@ -106,9 +106,15 @@ TEST(Logger, LoggingFromInsideAMessageThrowsInsteadOfHanging) {
 // cycling over a few files: every line ends up whole in one of them, none
 // is lost, and no thread writes through a logger that was replaced under it.
 TEST(Logger, ReinitialisingWhileEightThreadsLogLosesAndBreaksNoLine) {
+    // A file of its own per initialisation: a line still being written
+    // through the previous logger never shares a file with the next one
+    // (appends from two handles are not atomic on every platform).
     std::vector<std::string> paths;
-    for (int i = 0; i < 3; ++i) paths.push_back(xch_test::tempPath("reinit" + std::to_string(i) + ".txt"));
-    LoggerHolder::initLogger(4, paths[0]);
+    auto nextPath = [&paths] {
+        paths.push_back(xch_test::tempPath("reinit" + std::to_string(paths.size()) + ".txt"));
+        return paths.back();
+    };
+    LoggerHolder::initLogger(4, nextPath());
     const int threadCount = 8, linesPerThread = 300;
     std::atomic<int> running{threadCount};
     std::vector<std::thread> threads;
@@ -121,7 +127,7 @@ TEST(Logger, ReinitialisingWhileEightThreadsLogLosesAndBreaksNoLine) {
             --running;
         });
     int inits = 0;
-    while (running.load() > 0 || inits < 20) LoggerHolder::initLogger(4, paths[++inits % paths.size()]);
+    for (; running.load() > 0 || inits < 20; ++inits) LoggerHolder::initLogger(4, nextPath());
     for (auto& th : threads) th.join();
     LoggerHolder::initLogger(4, "/nonexistent-dir/sub/log.txt");
 
