@@ -30,6 +30,7 @@
 #include <xch_api/xch_api_varnex_info.h>
 
 #include <frames/xch_frames.h>
+#include <frames/xch_worker_loop.h>
 
 #include "example_mechanical.h"
 #include "example_pmi.h"
@@ -121,41 +122,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: xch_worker [--log FILE]\n");
         return 2;
     }
-    std::string kind;
-    std::wstring text;
+    frames::WorkerHandlers handlers;
+    handlers.describe = sendInfo;
+    handlers.import = runImport;
+    handlers.result = sendResult;
+    handlers.exportCode = Result::Warning;
     try {
-        while (frames::readFrame(stdin, kind, text)) {
-            if (kind != "command")
-                continue;
-            Command command;
-            std::wistringstream in(text);
-            try {
-                command.readObject(in);
-            } catch (const std::invalid_argument& e) {
-                sendResult(Result::Error, L"Bad command: " + fromUtf8(e.what(), std::strlen(e.what())));
-                continue;
-            }
-            switch (command.type()) {
-            case Command::Info:
-                sendInfo();
-                sendResult(Result::Ok, L"");
-                break;
-            case Command::Ping:
-                sendResult(Result::Ok, L"");
-                break;
-            case Command::Import:
-                if (command.importOptions())
-                    runImport(*command.importOptions());
-                else
-                    sendResult(Result::Error, L"This worker has no legacy interface.");
-                break;
-            case Command::Export:
-                sendResult(Result::Warning, L"This worker does not export files.");
-                break;
-            default:
-                sendResult(Result::Error, L"Unknown command.");
-            }
-        }
+        frames::serveCommands(stdin, handlers);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "worker: %s\n", e.what());
         return 1;

@@ -27,6 +27,7 @@
 #include <unistd.h>
 
 #include <frames/xch_frames.h>
+#include <frames/xch_worker_loop.h>
 #include <mp/mp_shared_buffer.h>
 #include <xch_api/xch_api_command.h>
 #include <xch_api/xch_api_exchange_wrapper.h>
@@ -189,40 +190,12 @@ int main() {
     // An interrupt from the terminal is the host's to handle.
     std::signal(SIGINT, SIG_IGN);
     PipeChannel channel;
-    std::string kind;
-    std::wstring text;
+    frames::WorkerHandlers handlers;
+    handlers.describe = sendInfo;
+    handlers.import = [&channel](const ImportOptions& options) { runImport(options, channel); };
+    handlers.result = sendResult;
     try {
-        while (frames::readFrame(stdin, kind, text)) {
-            if (kind != "command") continue;
-            Command command;
-            std::wistringstream in(text);
-            try {
-                command.readObject(in);
-            } catch (const std::invalid_argument& e) {
-                sendResult(Result::Error, L"Bad command: " + fromUtf8(e.what(), std::strlen(e.what())));
-                continue;
-            }
-            switch (command.type()) {
-            case Command::Info:
-                sendInfo();
-                sendResult(Result::Ok, L"");
-                break;
-            case Command::Ping:
-                sendResult(Result::Ok, L"");
-                break;
-            case Command::Import:
-                if (command.importOptions())
-                    runImport(*command.importOptions(), channel);
-                else
-                    sendResult(Result::Error, L"This worker has no legacy interface.");
-                break;
-            case Command::Export:
-                sendResult(Result::Error, L"This worker does not export files.");
-                break;
-            default:
-                sendResult(Result::Error, L"Unknown command.");
-            }
-        }
+        frames::serveCommands(stdin, handlers);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "xch_occt_worker: %s\n", e.what());
         return 1;
