@@ -28,7 +28,7 @@ std::shared_ptr<ExcVisuFace> face(float offset) {
     face->setNormals({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1});
     face->setPolygons({{ExcVisuFace::Triangles, {0, 1, 2}}, {ExcVisuFace::TriangleStrip, {1, 3, 2}}});
     face->setColor(ExcColor(10, 20, 30));
-    face->setMechanicalId(L"face " + std::to_wstring(static_cast<int>(offset)));
+    face->setMechanicalId(L"face " + std::to_wstring(offset));
     return face;
 }
 
