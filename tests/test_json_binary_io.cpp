@@ -242,12 +242,16 @@ TEST(JsonBinaryIO, ExhaustedMemoryThrows) {
 #if defined(__SANITIZE_ADDRESS__)
     GTEST_SKIP() << "AddressSanitizer aborts on impossible allocation sizes instead of failing them";
 #else
+    // The results are kept, so that no compiler may assume the allocations
+    // succeed and drop them with their null checks.
+    void* volatile kept = nullptr;
     JsonDocument doc;
-    EXPECT_THROW(doc.GetAllocator().Malloc(SIZE_MAX / 2), std::bad_alloc);
+    EXPECT_THROW(kept = doc.GetAllocator().Malloc(SIZE_MAX / 2), std::bad_alloc);
     xch::JsonHeapAllocator heap;
-    EXPECT_THROW(heap.Malloc(SIZE_MAX / 2), std::bad_alloc);
+    EXPECT_THROW(kept = heap.Malloc(SIZE_MAX / 2), std::bad_alloc);
     void* p = heap.Malloc(16);
-    EXPECT_THROW(heap.Realloc(p, 16, SIZE_MAX / 2), std::bad_alloc);
+    EXPECT_THROW(kept = heap.Realloc(p, 16, SIZE_MAX / 2), std::bad_alloc);
+    EXPECT_EQ(kept, nullptr);
     xch::JsonHeapAllocator::Free(p);
 #endif
 }

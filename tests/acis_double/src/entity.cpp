@@ -1,6 +1,5 @@
 // TEST DOUBLE of the ACIS geometry kernel: ENTITY, ATTRIB, methods and the
 // registry of restorable classes.
-#include <cstdint>
 #include <memory>
 
 #include "attrib.hxx"
@@ -11,12 +10,6 @@
 int ENTITY_TYPE = 1;
 
 namespace {
-
-// Saved and copied pointers are list indices until the list resolves them,
-// so they are carried over without a (checked) downcast.
-ATTRIB* asAttrib(ENTITY* pointer) {
-    return reinterpret_cast<ATTRIB*>(reinterpret_cast<std::uintptr_t>(pointer));
-}
 
 std::vector<acis_double::EntityType>& registry() {
     static std::vector<acis_double::EntityType> types;
@@ -78,7 +71,7 @@ void ENTITY::save_common(ENTITY_LIST& list) const {
 }
 
 void ENTITY::restore_common() {
-    m_attrib = asAttrib(read_ptr());
+    m_attrib = acis_double::savedPointer<ATTRIB>(read_ptr());
 }
 
 ENTITY* ENTITY::copy_data(ENTITY_LIST& list, pointer_map* pm, logical dpcpy_skip, SCAN_TYPE reason) const {
@@ -88,7 +81,7 @@ ENTITY* ENTITY::copy_data(ENTITY_LIST& list, pointer_map* pm, logical dpcpy_skip
 }
 
 void ENTITY::copy_common(ENTITY_LIST& list, ENTITY const* from, pointer_map*, logical, SCAN_TYPE) {
-    m_attrib = asAttrib(copy_ptr(from->m_attrib, list));
+    m_attrib = acis_double::savedPointer<ATTRIB>(copy_ptr(from->m_attrib, list));
 }
 
 void ENTITY::copy_scan(ENTITY_LIST& list, SCAN_TYPE, logical) const {
@@ -177,12 +170,12 @@ SAVE_DEF
     write_ptr(m_previous, list);
 RESTORE_DEF
     m_owner = read_ptr();
-    m_next = asAttrib(read_ptr());
-    m_previous = asAttrib(read_ptr());
+    m_next = acis_double::savedPointer<ATTRIB>(read_ptr());
+    m_previous = acis_double::savedPointer<ATTRIB>(read_ptr());
 COPY_DEF
     m_owner = copy_ptr(from->m_owner, list);
-    m_next = asAttrib(copy_ptr(from->m_next, list));
-    m_previous = asAttrib(copy_ptr(from->m_previous, list));
+    m_next = acis_double::savedPointer<ATTRIB>(copy_ptr(from->m_next, list));
+    m_previous = acis_double::savedPointer<ATTRIB>(copy_ptr(from->m_previous, list));
 SCAN_DEF
     list.add(m_next);
 FIX_POINTER_DEF

@@ -1,6 +1,7 @@
 // TEST DOUBLE of the ACIS geometry kernel: what its source files share.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "api.hxx"
@@ -8,6 +9,13 @@
 #include "entity.hxx"
 
 namespace acis_double {
+
+// Saved and copied pointers are list indices until the list resolves them,
+// so they are carried over as numbers, without a (checked) downcast.
+template <class T>
+T* savedPointer(ENTITY* pointer) {
+    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(pointer));
+}
 
 // The registered class of a persistent name, null when unknown.
 struct EntityType {

@@ -24,9 +24,9 @@ DEBUG_DEF
 SAVE_DEF
     write_ptr(m_face, list);
 RESTORE_DEF
-    m_face = (FACE*)read_ptr();
+    m_face = acis_double::savedPointer<FACE>(read_ptr());
 COPY_DEF
-    m_face = (FACE*)copy_ptr(from->m_face, list);
+    m_face = acis_double::savedPointer<FACE>(copy_ptr(from->m_face, list));
 SCAN_DEF
     list.add(m_face);
 FIX_POINTER_DEF
@@ -52,13 +52,13 @@ SAVE_DEF
     for (double value : m_normal) write_real(value);
     write_real(m_offset);
 RESTORE_DEF
-    m_body = (BODY*)read_ptr();
-    m_next = (FACE*)read_ptr();
+    m_body = acis_double::savedPointer<BODY>(read_ptr());
+    m_next = acis_double::savedPointer<FACE>(read_ptr());
     for (double& value : m_normal) value = read_real();
     m_offset = read_real();
 COPY_DEF
-    m_body = (BODY*)copy_ptr(from->m_body, list);
-    m_next = (FACE*)copy_ptr(from->m_next, list);
+    m_body = acis_double::savedPointer<BODY>(copy_ptr(from->m_body, list));
+    m_next = acis_double::savedPointer<FACE>(copy_ptr(from->m_next, list));
     for (int i = 0; i < 3; ++i) m_normal[i] = from->m_normal[i];
     m_offset = from->m_offset;
 SCAN_DEF
