@@ -5,6 +5,8 @@
 // text: per character written).
 #include <benchmark/benchmark.h>
 
+#include "thread_time.h"
+
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -95,23 +97,6 @@ const xch::JsonDocument& modelDocument() {
 // shared), and reports the codec's time as the benchmark's time plus the
 // ratio to the anchor. Each runs at two sizes, 10x apart: the summary at
 // the end gives how the time scales.
-
-double threadSeconds() {
-#if defined(CLOCK_THREAD_CPUTIME_ID)
-    timespec t{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
-#else
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-#endif
-}
-
-template <class F>
-double timed(F&& f) {
-    const double start = threadSeconds();
-    f();
-    return threadSeconds() - start;
-}
 
 // Runs `codec` and `anchor` once per iteration; the benchmark's time is the
 // codec's, "x_<anchorName>" its time over the anchor's.

@@ -7,6 +7,8 @@
 // receiving side's peak memory is reported against the binary size.
 #include <benchmark/benchmark.h>
 
+#include "thread_time.h"
+
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -130,23 +132,6 @@ std::shared_ptr<IExchangeObject> receive(const std::wstring& envelope) {
 }
 
 // ---- end to end and its floors ----------------------------------------------
-
-double threadSeconds() {
-#if defined(CLOCK_THREAD_CPUTIME_ID)
-    timespec t{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
-#else
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-#endif
-}
-
-template <class F>
-double timed(F&& f) {
-    const double start = threadSeconds();
-    f();
-    return threadSeconds() - start;
-}
 
 // Sends and receives the object once.
 void endToEnd(benchmark::State& state) {

@@ -1,4 +1,5 @@
 #include "example_mechanical.h"
+#include "example_support.h"
 
 #include <sstream>
 
@@ -7,20 +8,6 @@ using namespace xch;
 namespace example {
 
 namespace {
-
-// Face `subentId` of block `blockId`, reached through one reference.
-std::shared_ptr<ExcEntity> face(std::uint64_t blockId, std::uint64_t subentId) {
-    auto path = std::make_shared<ExcFullSubentPath>(subentId);
-    path->setSubentType(ExcFullSubentPath::Face);
-    path->refs().push_back(L"ref-" + std::to_wstring(blockId));
-    return std::make_shared<ExcEntity>(path);
-}
-
-std::wstring number(double value) {
-    std::wostringstream out;
-    out << value;
-    return out.str();
-}
 
 std::shared_ptr<ExcMfgFeatureCounterBoreHole> counterboredHolesOnACircle(std::uint64_t blockId) {
     auto data = std::make_shared<ExcMfgCounterBoreHole>();

@@ -1,4 +1,5 @@
 #include "example_pmi.h"
+#include "example_support.h"
 
 #include <sstream>
 
@@ -10,19 +11,6 @@ namespace {
 
 using GDT = ExcPMIGDT;
 
-// Face `subentId` of block `blockId`, reached through one reference.
-std::shared_ptr<ExcEntity> face(std::uint64_t blockId, std::uint64_t subentId) {
-    auto path = std::make_shared<ExcFullSubentPath>(subentId);
-    path->setSubentType(ExcFullSubentPath::Face);
-    path->refs().push_back(L"ref-" + std::to_wstring(blockId));
-    return std::make_shared<ExcEntity>(path);
-}
-
-std::wstring number(double value) {
-    std::wostringstream out;
-    out << value;
-    return out.str();
-}
 
 // Places an annotation at (x, y) in the view, attached to a face, with a
 // leader from the annotation to the face.
