@@ -252,8 +252,31 @@ struct AnyNumber {
 };
 constexpr AnyNumber anyNumber{};
 
+// A list of nested values held by value whose elements are read only when of
+// the JSON kind `Kind` (others are skipped); reading appends.
+template <rapidjson::Type Kind>
+struct ElementsOfKind {
+    template <class T>
+    bool write(JsonValue& v, JsonAllocator& a, const std::vector<T>& x) const {
+        Codec<std::vector<T>>::write(v, a, x);
+        return true;
+    }
+    template <class T>
+    void read(const JsonValue& v, std::vector<T>& x) const {
+        if (!v.IsArray()) return;
+        for (const JsonValue& item : v.GetArray()) {
+            if (item.GetType() != Kind) continue;
+            x.emplace_back();
+            x.back().readObject(item);
+        }
+    }
+};
+
 // A list of nested objects whose non-object elements are skipped on reading.
-struct ObjectsOnly {
+struct ObjectsOnly : ElementsOfKind<rapidjson::kObjectType> {
+    // Lists of nested objects held by value.
+    using ElementsOfKind::read;
+    using ElementsOfKind::write;
     template <class T>
     bool write(JsonValue& v, JsonAllocator& a, const std::vector<std::shared_ptr<T>>& x) const {
         Codec<std::vector<std::shared_ptr<T>>>::write(v, a, x);
@@ -267,21 +290,6 @@ struct ObjectsOnly {
             auto element = std::make_shared<T>();
             element->readObject(item);
             x.push_back(std::move(element));
-        }
-    }
-    // The same for a list of nested objects held by value.
-    template <class T>
-    bool write(JsonValue& v, JsonAllocator& a, const std::vector<T>& x) const {
-        Codec<std::vector<T>>::write(v, a, x);
-        return true;
-    }
-    template <class T>
-    void read(const JsonValue& v, std::vector<T>& x) const {
-        if (!v.IsArray()) return;
-        for (const JsonValue& item : v.GetArray()) {
-            if (!item.IsObject()) continue;
-            x.emplace_back();
-            x.back().readObject(item);
         }
     }
 };
@@ -368,22 +376,7 @@ constexpr ValueOfKind<rapidjson::kObjectType> whenObject{};
 
 // A list of values of an array form (points, directions) whose non-array
 // elements are skipped on reading; reading appends.
-struct ArraysOnly {
-    template <class T>
-    bool write(JsonValue& v, JsonAllocator& a, const std::vector<T>& x) const {
-        Codec<std::vector<T>>::write(v, a, x);
-        return true;
-    }
-    template <class T>
-    void read(const JsonValue& v, std::vector<T>& x) const {
-        if (!v.IsArray()) return;
-        for (const JsonValue& item : v.GetArray()) {
-            if (!item.IsArray()) continue;
-            x.emplace_back();
-            x.back().readObject(item);
-        }
-    }
-};
+using ArraysOnly = ElementsOfKind<rapidjson::kArrayType>;
 constexpr ArraysOnly arraysOnly{};
 
 // ---- rules of the display model (numbers, fixed arrays, optional members) --
