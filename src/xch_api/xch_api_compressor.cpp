@@ -1,16 +1,19 @@
 #include <xch_api/xch_api_compressor.h>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include <zlib.h>
 
 #include <logging/vx_link_logger.h>
 #include <xch_api/xch_api_limits.h>
 
+#include "internal/indexed_gzip.h"
 #include "internal/whole_buffer_deflate.h"
 
 namespace xch {
@@ -105,6 +108,16 @@ char* bytesOf(Buffer& out) {
     return out.empty() ? &none : &out[0];
 }
 
+// The threads compression and inflation may use; 0 for one per core.
+std::atomic<unsigned> g_threads{0};
+
+unsigned threadCount() {
+    const unsigned chosen = g_threads.load(std::memory_order_relaxed);
+    if (chosen != 0) return chosen;
+    const unsigned cores = std::thread::hardware_concurrency();
+    return cores != 0 ? cores : 1;
+}
+
 bool validLevel(int level) { return level >= -1 && level <= 9; }
 
 whole_buffer_deflate::Wrapper fastWrapper(Compressor::Wrapper wrapper) {
@@ -149,9 +162,23 @@ void wholeCompress(Buffer& out, const char* data, std::uint64_t size, int level,
     out.assign(scratch.get(), scratch.get() + produced);
 }
 
+// Large gzip streams are written in independent pieces with an index in
+// the header (see indexed_gzip.h), whatever the number of threads, so that
+// the same input always gives the same stream.
+template <class Buffer>
+bool indexedCompress(Buffer& out, const char* data, std::uint64_t size, int level) {
+    indexed_gzip::Stream stream;
+    if (!indexed_gzip::compress(stream, data, size, level < 0 ? 6 : level, threadCount())) return false;
+    out.resize(stream.size());
+    stream.copyTo(&out[0]);
+    return true;
+}
+
 template <class Buffer>
 void compressInto(Buffer& out, const char* data, std::uint64_t size, int level, Compressor::Wrapper wrapper) {
     if (!validLevel(level)) throw std::runtime_error("deflate init failed");
+    if (wrapper == Compressor::Gzip && indexed_gzip::worthwhile(size) && indexedCompress(out, data, size, level))
+        return;
     if (whole_buffer_deflate::available() && size <= std::numeric_limits<std::size_t>::max())
         wholeCompress(out, data, size, level, wrapper);
     else
@@ -256,6 +283,16 @@ bool inflateToHint(Buffer& out, const char* data, std::uint64_t size, std::uint6
 // errors, and the prefix of a stream that ends early.
 template <class Buffer>
 void decompressInto(Buffer& out, const char* data, std::uint64_t size, std::uint64_t limit) {
+    // A stream written in pieces inflates them side by side; anything amiss
+    // with it is left to the reading from the start below, which decides.
+    const unsigned threads = threadCount();
+    indexed_gzip::Index index;
+    if (threads > 1 && size <= std::numeric_limits<std::size_t>::max() &&
+        indexed_gzip::readIndex(data, static_cast<std::size_t>(size), limit, index)) {
+        out.resize(static_cast<std::size_t>(index.total));
+        if (indexed_gzip::inflate(index, data, bytesOf(out), threads)) return;
+    }
+
     std::uint64_t hint = 0;
     if (gzipSizeHint(data, size, limit, hint) && size <= std::numeric_limits<std::size_t>::max() &&
         inflateToHint(out, data, size, hint))
@@ -313,6 +350,10 @@ void Compressor::decompress(std::string& out, const char* data, std::uint64_t si
     VX_TRACE();
     decompressInto(out, data, size, std::min(maxSize, limits::kMaxDecompressedSize));
 }
+
+void Compressor::setThreads(unsigned count) { g_threads.store(count, std::memory_order_relaxed); }
+
+unsigned Compressor::threads() { return threadCount(); }
 
 bool Compressor::isCompressed(const char* data, std::uint64_t size) {
     if (!data || size < 3) return false;

@@ -8,6 +8,13 @@
 // the streaming fallback and defines the outcome of every stream that
 // libdeflate refuses (zlib's error messages, the prefix of a truncated
 // stream). Builds without libdeflate (Windows) use zlib alone.
+//
+// Gzip streams of more than 1 MiB are written in independent pieces of
+// 1 MiB with an index of them in the gzip header's extra field: still one
+// standard gzip member that any reader inflates from start to end, but one
+// this class compresses and inflates on several threads (see setThreads).
+// The stream depends only on the input and the level, never on the number
+// of threads.
 #pragma once
 
 #include <cstdint>
@@ -43,8 +50,9 @@ public:
     // the (first) stream are ignored.
     //
     // `out` is allocated once, at its final size: the peak memory is the
-    // output itself, and a stream beyond the limit fails before any of its
-    // output is allocated. The size comes from the gzip trailer when it is
+    // output itself (and, for a stream inflated in pieces on several
+    // threads, a copy of one compressed piece per thread), and a stream
+    // beyond the limit fails before any of its output is allocated. The size comes from the gzip trailer when it is
     // plausible (checked while inflating, never trusted), else from a first
     // inflation that counts without keeping anything.
     static void decompress(std::vector<char>& out, const char* data, std::uint64_t size);
@@ -53,6 +61,14 @@ public:
     // than limits::kMaxDecompressedSize).
     static void decompress(std::vector<char>& out, const char* data, std::uint64_t size, std::uint64_t maxSize);
     static void decompress(std::string& out, const char* data, std::uint64_t size, std::uint64_t maxSize);
+
+    // How many threads compression and inflation of large gzip streams may
+    // use, the calling one included: 0 (the default) for one per processor
+    // core, 1 to do everything on the calling thread. Applies to calls
+    // that start after it; safe to call from any thread.
+    static void setThreads(unsigned count);
+    // The number in effect (never 0).
+    static unsigned threads();
 
     // Whether `data` begins with a zlib (0x78 and 0x9C, 0x01, 0xDA or 0x5E)
     // or gzip (0x1F 0x8B) header; false for fewer than 3 bytes.

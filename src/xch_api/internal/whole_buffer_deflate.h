@@ -7,11 +7,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace xch {
 namespace whole_buffer_deflate {
 
-enum class Wrapper { Gzip, Zlib };
+// Raw is deflate data without a wrapper (RFC 1951).
+enum class Wrapper { Gzip, Zlib, Raw };
 
 bool available();
 
@@ -23,6 +25,7 @@ public:
     ~Deflater();
     Deflater(const Deflater&) = delete;
     Deflater& operator=(const Deflater&) = delete;
+    Deflater(Deflater&& other) noexcept : m_compressor(other.m_compressor) { other.m_compressor = nullptr; }
 
     // An upper bound of the stream size of `size` bytes.
     std::size_t bound(Wrapper wrapper, std::size_t size) const;
@@ -41,6 +44,30 @@ private:
 // undefined.
 bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
              std::size_t& written);
+// The same, also giving how many bytes of `data` the stream took.
+bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
+             std::size_t& written, std::size_t& consumed);
+
+// A decompressor kept for many inflations (on one thread at a time).
+// Throws std::bad_alloc when it cannot be made.
+class Inflater {
+public:
+    Inflater();
+    ~Inflater();
+    Inflater(const Inflater&) = delete;
+    Inflater& operator=(const Inflater&) = delete;
+    Inflater(Inflater&& other) noexcept : m_decompressor(other.m_decompressor) { other.m_decompressor = nullptr; }
+
+    // As inflate() above.
+    bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
+                 std::size_t& written, std::size_t& consumed) const;
+
+private:
+    void* m_decompressor;
+};
+
+// The CRC-32 of gzip (ISO 3309) of `size` bytes at `data`, continuing `crc`.
+std::uint32_t crc32(std::uint32_t crc, const char* data, std::size_t size);
 
 } // namespace whole_buffer_deflate
 } // namespace xch

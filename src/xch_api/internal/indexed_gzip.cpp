@@ -1,0 +1,305 @@
+#include "indexed_gzip.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+#include <zlib.h>
+
+#include "parallel_for.h"
+#include "whole_buffer_deflate.h"
+
+namespace xch {
+namespace indexed_gzip {
+
+namespace {
+
+using whole_buffer_deflate::Wrapper;
+
+// The index subfield: "XI", then a version byte, the inflated size (8
+// bytes), the piece size (4 bytes) and each piece's compressed length (4
+// bytes each), little-endian as everything in gzip.
+constexpr unsigned char kId1 = 'X', kId2 = 'I', kVersion = 1;
+constexpr std::size_t kIndexFixed = 1 + 8 + 4;
+constexpr std::size_t kHeaderSize = 10;  // before the extra field
+constexpr std::size_t kMinPieceSize = std::size_t(1) << 16;
+constexpr std::size_t kMaxPieceSize = std::size_t(1) << 30;
+// Deflate never expands more than 1032 to 1 (258 bytes from a 2-bit code).
+constexpr std::uint64_t kMaxDeflateRatio = 1032;
+
+// What ends every piece but the last: an empty stored block, BFINAL 0,
+// once at a byte boundary (its 3 header bits before it).
+constexpr unsigned char kSyncMarker[4] = {0x00, 0x00, 0xFF, 0xFF};
+// What lets a piece be inflated on its own: an empty final block with fixed
+// codes (BFINAL 1, BTYPE 01, end-of-block), appended to a copy of it.
+constexpr unsigned char kFinalEmptyBlock[2] = {0x03, 0x00};
+
+void putLe(std::string& out, std::uint64_t value, int bytes) {
+    for (int i = 0; i < bytes; ++i) out.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
+}
+
+std::uint64_t getLe(const char* p, int bytes) {
+    std::uint64_t value = 0;
+    for (int i = bytes - 1; i >= 0; --i) value = value << 8 | static_cast<unsigned char>(p[i]);
+    return value;
+}
+
+std::uint64_t pieceCount(std::uint64_t total, std::uint64_t pieceSize) { return (total + pieceSize - 1) / pieceSize; }
+
+// Ends a zlib inflate stream however the scope is left.
+struct ZlibInflate {
+    z_stream strm{};
+    ZlibInflate() {
+        if (inflateInit2(&strm, -15) != Z_OK) throw std::runtime_error("inflate init failed");
+    }
+    ~ZlibInflate() { inflateEnd(&strm); }
+    ZlibInflate(const ZlibInflate&) = delete;
+    ZlibInflate& operator=(const ZlibInflate&) = delete;
+};
+
+// A raw deflate stream of one piece, as libdeflate wrote it (its last block
+// final), made to go on into the next piece: zlib reads it once, stopping
+// at every block boundary, to find where the last block's header and the
+// stream's last bit lie; the final bit is cleared and an empty stored block
+// appended. False if zlib does not read the bytes as one whole stream of
+// `expected` bytes (which libdeflate's output always is).
+bool continueIntoNext(std::vector<char>& piece, std::size_t expected, std::vector<char>& scratch) {
+    ZlibInflate zlib;
+    z_stream& strm = zlib.strm;
+    scratch.resize(expected + 1);
+    strm.next_in = reinterpret_cast<Bytef*>(piece.data());
+    strm.avail_in = static_cast<uInt>(piece.size());
+    strm.next_out = reinterpret_cast<Bytef*>(scratch.data());
+    strm.avail_out = static_cast<uInt>(scratch.size());
+    std::uint64_t lastHeader = 0, end = 0;
+    for (;;) {
+        const int result = inflate(&strm, Z_BLOCK);
+        if (result == Z_STREAM_END) break;
+        if (result != Z_OK) return false;
+        // At a block boundary fewer than 8 bits are buffered (data_type's
+        // low bits); 64 tells that the block just ended was the last.
+        if (strm.data_type & 128) {
+            const std::uint64_t at = std::uint64_t(piece.size() - strm.avail_in) * 8 - (strm.data_type & 7);
+            if (strm.data_type & 64)
+                end = at;
+            else
+                lastHeader = at;
+        }
+    }
+    if (strm.total_out != expected || end == 0 || (end + 7) / 8 != piece.size()) return false;
+
+    piece[lastHeader / 8] = static_cast<char>(piece[lastHeader / 8] & ~(1 << (lastHeader % 8)));
+    const unsigned used = static_cast<unsigned>(end - (piece.size() - 1) * 8);  // 1 to 8 bits
+    piece.back() = static_cast<char>(piece.back() & ((1u << used) - 1));  // the padding is zero
+    if (8 - used < 3) piece.push_back(0);  // the stored block's 3 header bits spill into a new byte
+    piece.insert(piece.end(), std::begin(kSyncMarker), std::end(kSyncMarker));
+    return true;
+}
+
+struct CompressState {
+    whole_buffer_deflate::Deflater deflater;
+    std::vector<char> scratch;
+};
+
+std::string header(std::uint64_t total, std::uint64_t pieceSize, const std::vector<std::vector<char>>& pieces) {
+    const std::size_t indexSize = kIndexFixed + 4 * pieces.size();
+    std::string head = {'\x1F', '\x8B', '\x08', '\x04', 0, 0, 0, 0, 0, '\xFF'};  // FEXTRA; no time; OS unknown
+    putLe(head, 4 + indexSize, 2);
+    head.push_back(static_cast<char>(kId1));
+    head.push_back(static_cast<char>(kId2));
+    putLe(head, indexSize, 2);
+    head.push_back(static_cast<char>(kVersion));
+    putLe(head, total, 8);
+    putLe(head, pieceSize, 4);
+    for (const std::vector<char>& piece : pieces) putLe(head, piece.size(), 4);
+    return head;
+}
+
+// Inflates one piece into `dest`: libdeflate on a copy that ends in a final
+// block (the last piece as it is), or zlib on the piece itself.
+struct InflateState {
+    whole_buffer_deflate::Inflater inflater;
+    std::vector<char> scratch;
+};
+
+bool endsWithSyncMarker(const char* piece, std::size_t length) {
+    return length >= sizeof kSyncMarker &&
+           std::memcmp(piece + length - sizeof kSyncMarker, kSyncMarker, sizeof kSyncMarker) == 0;
+}
+
+bool inflatePieceFast(InflateState& state, const char* piece, std::size_t length, bool last, char* dest,
+                      std::size_t expected) {
+    const char* in = piece;
+    std::size_t inSize = length;
+    if (!last) {
+        state.scratch.assign(piece, piece + length);
+        state.scratch.insert(state.scratch.end(), std::begin(kFinalEmptyBlock), std::end(kFinalEmptyBlock));
+        in = state.scratch.data();
+        inSize = state.scratch.size();
+    }
+    std::size_t written = 0, consumed = 0;
+    return state.inflater.inflate(Wrapper::Raw, in, inSize, dest, expected, written, consumed) &&
+           written == expected && consumed == inSize;
+}
+
+bool inflatePieceZlib(const char* piece, std::size_t length, bool last, char* dest, std::size_t expected) {
+    ZlibInflate zlib;
+    z_stream& strm = zlib.strm;
+    char probe = 0;
+    strm.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece));
+    strm.avail_in = static_cast<uInt>(length);
+    strm.next_out = reinterpret_cast<Bytef*>(expected ? dest : &probe);
+    strm.avail_out = static_cast<uInt>(expected);
+    int result = inflate(&strm, Z_SYNC_FLUSH);
+    if (strm.avail_out == 0 && result == Z_OK) {  // nothing may come beyond the piece's size
+        strm.next_out = reinterpret_cast<Bytef*>(&probe);
+        strm.avail_out = 1;
+        result = inflate(&strm, Z_SYNC_FLUSH);
+    }
+    const bool ended = result == Z_STREAM_END;
+    return (result == Z_OK || result == Z_BUF_ERROR || ended) && ended == last && strm.avail_in == 0 &&
+           strm.total_out == expected;
+}
+
+struct PieceFailed {};
+
+} // namespace
+
+bool worthwhile(std::uint64_t size) { return size > kPieceSize; }
+
+std::size_t Stream::size() const {
+    std::size_t total = head.size() + sizeof tail;
+    for (const std::vector<char>& piece : pieces) total += piece.size();
+    return total;
+}
+
+void Stream::copyTo(char* dest) const {
+    std::memcpy(dest, head.data(), head.size());
+    dest += head.size();
+    for (const std::vector<char>& piece : pieces) {
+        if (!piece.empty()) std::memcpy(dest, piece.data(), piece.size());
+        dest += piece.size();
+    }
+    std::memcpy(dest, tail, sizeof tail);
+}
+
+bool compress(Stream& out, const char* data, std::uint64_t size, int level, unsigned threads) {
+    if (!whole_buffer_deflate::available() || !worthwhile(size)) return false;
+    std::uint64_t pieceSize = kPieceSize;
+    if (pieceCount(size, pieceSize) > kMaxPieces)
+        pieceSize = (size / kMaxPieces + kMinPieceSize) / kMinPieceSize * kMinPieceSize;
+    if (pieceSize > kMaxPieceSize || size > std::numeric_limits<std::size_t>::max()) return false;
+
+    const std::size_t count = static_cast<std::size_t>(pieceCount(size, pieceSize));
+    std::vector<std::vector<char>> pieces(count);
+    std::vector<std::uint32_t> crcs(count);
+    parallelFor(
+        count, threads, [&] { return CompressState{whole_buffer_deflate::Deflater(level), {}}; },
+        [&](CompressState& state, std::size_t i) {
+            const char* in = data + i * pieceSize;
+            const std::size_t length = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, size - i * pieceSize));
+            std::vector<char>& piece = pieces[i];
+            piece.resize(state.deflater.bound(Wrapper::Raw, length) + 1 + sizeof kSyncMarker);
+            const std::size_t produced = state.deflater.compress(Wrapper::Raw, in, length, piece.data(), piece.size());
+            if (produced == 0) throw std::runtime_error("deflate failed");  // cannot happen within the bound
+            piece.resize(produced);
+            if (i + 1 != count && !continueIntoNext(piece, length, state.scratch))
+                throw std::runtime_error("deflate failed");
+            crcs[i] = whole_buffer_deflate::crc32(0, in, length);
+        });
+
+    uLong crc = crcs[0];
+    for (std::size_t i = 1; i < count; ++i) {
+        const std::uint64_t length = std::min<std::uint64_t>(pieceSize, size - i * pieceSize);
+        crc = crc32_combine(crc, crcs[i], static_cast<z_off_t>(length));
+    }
+    out.head = header(size, pieceSize, pieces);
+    out.pieces = std::move(pieces);
+    for (int i = 0; i < 4; ++i) {
+        out.tail[i] = static_cast<unsigned char>((crc >> (8 * i)) & 0xFF);
+        out.tail[4 + i] = static_cast<unsigned char>((size >> (8 * i)) & 0xFF);
+    }
+    return true;
+}
+
+bool readIndex(const char* data, std::size_t size, std::uint64_t limit, Index& index) {
+    // Only what this library writes: gzip, deflate, the extra field alone.
+    if (size < kHeaderSize + 2 || std::memcmp(data, "\x1F\x8B\x08\x04", 4) != 0) return false;
+    const std::size_t extraSize = static_cast<std::size_t>(getLe(data + kHeaderSize, 2));
+    const std::size_t dataStart = kHeaderSize + 2 + extraSize;
+    if (dataStart > size) return false;
+    const char* field = nullptr;
+    std::size_t fieldSize = 0;
+    for (std::size_t at = kHeaderSize + 2; at + 4 <= dataStart;) {
+        const std::size_t length = static_cast<std::size_t>(getLe(data + at + 2, 2));
+        if (at + 4 + length > dataStart) return false;
+        if (static_cast<unsigned char>(data[at]) == kId1 && static_cast<unsigned char>(data[at + 1]) == kId2) {
+            field = data + at + 4;
+            fieldSize = length;
+            break;
+        }
+        at += 4 + length;
+    }
+    if (!field || fieldSize < kIndexFixed || static_cast<unsigned char>(field[0]) != kVersion) return false;
+
+    const std::uint64_t total = getLe(field + 1, 8), pieceSize = getLe(field + 9, 4);
+    if (pieceSize < kMinPieceSize || pieceSize > kMaxPieceSize || total == 0 || total > limit ||
+        total / kMaxDeflateRatio > size || total > std::numeric_limits<std::size_t>::max())
+        return false;
+    const std::uint64_t count = pieceCount(total, pieceSize);
+    if (count > kMaxPieces || fieldSize != kIndexFixed + 4 * count) return false;
+
+    std::vector<std::uint32_t> lengths(static_cast<std::size_t>(count));
+    std::uint64_t end = dataStart;
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+        lengths[i] = static_cast<std::uint32_t>(getLe(field + kIndexFixed + 4 * i, 4));
+        end += lengths[i];
+    }
+    if (end + 8 > size || getLe(data + end + 4, 4) != (total & 0xFFFFFFFFu)) return false;
+
+    index.total = total;
+    index.pieceSize = pieceSize;
+    index.dataStart = dataStart;
+    index.lengths = std::move(lengths);
+    index.crc = static_cast<std::uint32_t>(getLe(data + end, 4));
+    return true;
+}
+
+bool inflate(const Index& index, const char* data, char* dest, unsigned threads) {
+    const std::size_t count = index.lengths.size();
+    std::vector<std::size_t> offsets(count);
+    for (std::size_t i = 1; i < count; ++i) offsets[i] = offsets[i - 1] + index.lengths[i - 1];
+    std::vector<std::uint32_t> crcs(count);
+    const bool fast = whole_buffer_deflate::available();
+    try {
+        parallelFor(
+            count, threads, [] { return InflateState(); },
+            [&](InflateState& state, std::size_t i) {
+                const char* piece = data + index.dataStart + offsets[i];
+                const std::size_t length = index.lengths[i];
+                const bool last = i + 1 == count;
+                const std::size_t expected =
+                    static_cast<std::size_t>(std::min<std::uint64_t>(index.pieceSize, index.total - i * index.pieceSize));
+                char* out = dest + i * index.pieceSize;
+                if (!last && !endsWithSyncMarker(piece, length)) throw PieceFailed();
+                const bool inflated = fast ? inflatePieceFast(state, piece, length, last, out, expected)
+                                           : inflatePieceZlib(piece, length, last, out, expected);
+                if (!inflated) throw PieceFailed();
+                crcs[i] = whole_buffer_deflate::crc32(0, out, expected);
+            });
+    } catch (const PieceFailed&) {
+        return false;
+    } catch (const std::exception&) {
+        return false;  // no memory for a piece: the caller reads the stream from the start
+    }
+    uLong crc = crcs[0];
+    for (std::size_t i = 1; i < count; ++i) {
+        const std::uint64_t length = std::min<std::uint64_t>(index.pieceSize, index.total - i * index.pieceSize);
+        crc = crc32_combine(crc, crcs[i], static_cast<z_off_t>(length));
+    }
+    return crc == index.crc;
+}
+
+} // namespace indexed_gzip
+} // namespace xch
