@@ -2,7 +2,8 @@
 # The sanitizer leg (clang-14):
 #  1. the whole test suite under AddressSanitizer and UndefinedBehaviorSanitizer
 #     (build/linux-asan, which also holds the libFuzzer targets);
-#  2. the logger and the other shared state from eight threads under
+#  2. the logger and the other shared state from eight threads, and the
+#     compressor working on several threads, under
 #     ThreadSanitizer (build/linux-tsan: the library and those suites only);
 #  3. every fuzz target for XCH_FUZZ_SECONDS seconds (default 15), which
 #     fails on any finding (scripts/fuzz.sh).

@@ -177,7 +177,7 @@ bool indexedCompress(Buffer& out, const char* data, std::uint64_t size, int leve
 template <class Buffer>
 void compressInto(Buffer& out, const char* data, std::uint64_t size, int level, Compressor::Wrapper wrapper) {
     if (!validLevel(level)) throw std::runtime_error("deflate init failed");
-    if (wrapper == Compressor::Gzip && indexed_gzip::worthwhile(size) && indexedCompress(out, data, size, level))
+    if (wrapper == Compressor::Gzip && indexedCompress(out, data, size, level))
         return;
     if (whole_buffer_deflate::available() && size <= std::numeric_limits<std::size_t>::max())
         wholeCompress(out, data, size, level, wrapper);
@@ -291,6 +291,7 @@ void decompressInto(Buffer& out, const char* data, std::uint64_t size, std::uint
         indexed_gzip::readIndex(data, static_cast<std::size_t>(size), limit, index)) {
         out.resize(static_cast<std::size_t>(index.total));
         if (indexed_gzip::inflate(index, data, bytesOf(out), threads)) return;
+        Buffer().swap(out);  // what follows starts as if this had not been tried
     }
 
     std::uint64_t hint = 0;

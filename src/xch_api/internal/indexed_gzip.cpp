@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 
 #include <zlib.h>
@@ -97,9 +98,56 @@ bool continueIntoNext(std::vector<char>& piece, std::size_t expected, std::vecto
     return true;
 }
 
-struct CompressState {
-    whole_buffer_deflate::Deflater deflater;
-    std::vector<char> scratch;
+// Compresses one piece with libdeflate, or, in builds without it, with
+// zlib, whose full flush ends a piece just as the format wants.
+class PieceDeflater {
+public:
+    explicit PieceDeflater(int level) {
+        if (whole_buffer_deflate::available()) {
+            m_fast.reset(new whole_buffer_deflate::Deflater(level));
+            return;
+        }
+        m_zlib.reset(new z_stream{});
+        if (deflateInit2(m_zlib.get(), level, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
+            m_zlib.reset();
+            throw std::runtime_error("deflate init failed");
+        }
+    }
+
+    // Replaces `piece` by the deflate data of `length` bytes at `in`, made
+    // to go on into the next piece unless it is the last.
+    void compress(std::vector<char>& piece, const char* in, std::size_t length, bool last) {
+        if (m_fast) {
+            piece.resize(m_fast->bound(Wrapper::Raw, length) + 1 + sizeof kSyncMarker);
+            const std::size_t produced = m_fast->compress(Wrapper::Raw, in, length, piece.data(), piece.size());
+            if (produced == 0) throw std::runtime_error("deflate failed");  // cannot happen within the bound
+            piece.resize(produced);
+            if (!last && !continueIntoNext(piece, length, m_scratch)) throw std::runtime_error("deflate failed");
+            return;
+        }
+        z_stream& strm = *m_zlib;
+        if (deflateReset(&strm) != Z_OK) throw std::runtime_error("deflate failed");
+        piece.resize(deflateBound(&strm, static_cast<uLong>(length)) + 16);
+        strm.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(in));
+        strm.avail_in = static_cast<uInt>(length);
+        strm.next_out = reinterpret_cast<Bytef*>(piece.data());
+        strm.avail_out = static_cast<uInt>(piece.size());
+        const int result = deflate(&strm, last ? Z_FINISH : Z_FULL_FLUSH);
+        if (result != (last ? Z_STREAM_END : Z_OK) || strm.avail_in != 0 || strm.avail_out == 0)
+            throw std::runtime_error("deflate failed");
+        piece.resize(piece.size() - strm.avail_out);
+    }
+
+private:
+    struct EndDeflate {
+        void operator()(z_stream* strm) const {
+            deflateEnd(strm);
+            delete strm;
+        }
+    };
+    std::unique_ptr<whole_buffer_deflate::Deflater> m_fast;
+    std::unique_ptr<z_stream, EndDeflate> m_zlib;  // owned apart: zlib's state points back at it
+    std::vector<char> m_scratch;
 };
 
 std::string header(std::uint64_t total, std::uint64_t pieceSize, const std::vector<std::vector<char>>& pieces) {
@@ -185,7 +233,7 @@ void Stream::copyTo(char* dest) const {
 }
 
 bool compress(Stream& out, const char* data, std::uint64_t size, int level, unsigned threads) {
-    if (!whole_buffer_deflate::available() || !worthwhile(size)) return false;
+    if (!worthwhile(size)) return false;
     std::uint64_t pieceSize = kPieceSize;
     if (pieceCount(size, pieceSize) > kMaxPieces)
         pieceSize = (size / kMaxPieces + kMinPieceSize) / kMinPieceSize * kMinPieceSize;
@@ -195,17 +243,11 @@ bool compress(Stream& out, const char* data, std::uint64_t size, int level, unsi
     std::vector<std::vector<char>> pieces(count);
     std::vector<std::uint32_t> crcs(count);
     parallelFor(
-        count, threads, [&] { return CompressState{whole_buffer_deflate::Deflater(level), {}}; },
-        [&](CompressState& state, std::size_t i) {
+        count, threads, [&] { return PieceDeflater(level); },
+        [&](PieceDeflater& deflater, std::size_t i) {
             const char* in = data + i * pieceSize;
             const std::size_t length = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, size - i * pieceSize));
-            std::vector<char>& piece = pieces[i];
-            piece.resize(state.deflater.bound(Wrapper::Raw, length) + 1 + sizeof kSyncMarker);
-            const std::size_t produced = state.deflater.compress(Wrapper::Raw, in, length, piece.data(), piece.size());
-            if (produced == 0) throw std::runtime_error("deflate failed");  // cannot happen within the bound
-            piece.resize(produced);
-            if (i + 1 != count && !continueIntoNext(piece, length, state.scratch))
-                throw std::runtime_error("deflate failed");
+            deflater.compress(pieces[i], in, length, i + 1 == count);
             crcs[i] = whole_buffer_deflate::crc32(0, in, length);
         });
 

@@ -38,11 +38,12 @@ struct Stream {
     void copyTo(char* dest) const;
 };
 
-// Compresses `size` bytes at `data` at `level` (0 to 9) with libdeflate,
-// on up to `threads` threads. The stream is the same whatever the number of
-// threads. False (and nothing made) when it cannot be written in pieces:
-// no libdeflate, or an input beyond what the index can describe. Throws
-// std::runtime_error "deflate init failed" when a deflater cannot be made.
+// Compresses `size` bytes at `data` at `level` (0 to 9) with libdeflate
+// (zlib in builds without it), on up to `threads` threads. The stream is
+// the same whatever the number of threads. False (and nothing made) when
+// it cannot be written in pieces: an input of one piece, or beyond what
+// the index can describe. Throws std::runtime_error "deflate init failed"
+// when a deflater cannot be made.
 bool compress(Stream& out, const char* data, std::uint64_t size, int level, unsigned threads);
 
 // Where the pieces of an indexed stream lie and what they inflate to.
