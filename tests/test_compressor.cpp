@@ -15,8 +15,17 @@ using Block = std::vector<char>;
 
 // Counts the bytes allocated through operator new that are alive at once, to check the peak memory of an
 // inflation. The library's allocations come through here where the platform resolves operator new across
-// shared libraries (ELF); where it does not (DLLs), the tests that need it are skipped.
+// shared libraries (ELF); where it does not (DLLs), or where ThreadSanitizer owns operator new, the tests that
+// need it are skipped.
+#if defined(__SANITIZE_THREAD__)
+#  define XCH_TEST_NO_NEW_HOOK
+#elif defined(__has_feature)
+#  if __has_feature(thread_sanitizer)
+#    define XCH_TEST_NO_NEW_HOOK
+#  endif
+#endif
 static std::atomic<std::size_t> g_liveBytes{0}, g_peakBytes{0};
+#if !defined(XCH_TEST_NO_NEW_HOOK)
 void* operator new(std::size_t n) {
     void* block = std::malloc(n + 16);
     if (!block) throw std::bad_alloc();
@@ -35,6 +44,7 @@ void operator delete(void* p) noexcept {
 void operator delete[](void* p) noexcept { operator delete(p); }
 void operator delete(void* p, std::size_t) noexcept { operator delete(p); }
 void operator delete[](void* p, std::size_t) noexcept { operator delete(p); }
+#endif
 
 // The most memory that running `f` held at once beyond what was allocated before.
 template <class F> static std::size_t peakBytesOf(F f) {
