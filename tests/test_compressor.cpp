@@ -269,7 +269,8 @@ TEST(Compressor, DamagedIndexedStreamsInflateAsWhenReadFromTheStart) {
     std::uint32_t state = 99;
     for (int i = 0; i < 150; ++i) { // pieces and trailer
         Block s = gz;
-        s[dataStart + (state = state * 1103515245u + 12345u) % (gz.size() - dataStart)] ^= char(1 << (state >> 29));
+        state = state * 1103515245u + 12345u;
+        s[dataStart + state % (gz.size() - dataStart)] ^= char(1 << (state >> 29));
         damaged.push_back(s);
     }
     for (std::size_t keep : {gz.size() - 1, gz.size() - 9, gz.size() / 2, dataStart + 10})
