@@ -195,6 +195,13 @@ void byteSeeds() {
         Compressor::compress(packed, "", 0, -1);
         return packed;
     }());
+    writeFile("inflate", "pieces", [] { // a stream in indexed pieces, small enough for the fuzzer
+        std::string text(3 * (1 << 20) / 2, 'x');
+        for (std::size_t i = 0; i < text.size(); i += 4099) text[i] = char('a' + i % 26);
+        std::string packed;
+        Compressor::compress(packed, text.data(), text.size(), 9);
+        return packed;
+    }());
     writeFile("json_text", "numbers", "[0,-1,3000000000,-3000000000,18446744073709551615,1.5e300,-0.0,1e-320]");
     writeFile("json_text", "escapes", "{\"\\u00e9\\ud83d\\ude00\":\"a\\\"\\\\\\/\\b\\f\\n\\r\\t\"}");
 }
