@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -8,6 +9,8 @@
 #include <limits>
 #include <random>
 #include <sstream>
+#include <streambuf>
+#include <vector>
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
@@ -322,4 +325,98 @@ TEST(JsonTextIO, ReaderReportsRapidjsonsErrors) {
         }
     }
     EXPECT_GT(compared, 2900);
+}
+
+namespace {
+
+// A wide input stream over `text` that hands it out `step` characters at a
+// time, as a pipe or a socket does, with a given answer to "how much is
+// there" (in_avail) once what it handed out is used up.
+class Trickle : public std::wstreambuf {
+public:
+    enum class Hint { None, Eof, Exact, Less, More };
+
+    Trickle(const std::wstring& text, std::size_t step, Hint hint, bool shortReads)
+        : m_text(text), m_step(step), m_hint(hint), m_shortReads(shortReads) {}
+
+private:
+    std::size_t left() const { return m_text.size() - m_pos; }
+
+    int_type underflow() override {
+        if (!left()) return traits_type::eof();
+        const std::size_t n = std::min(m_step, left());
+        wchar_t* p = &m_text[m_pos];
+        setg(p, p, p + n);
+        m_pos += n;
+        return traits_type::to_int_type(*p);
+    }
+
+    std::streamsize showmanyc() override {
+        switch (m_hint) {
+        case Hint::None: return 0;
+        case Hint::Eof: return left() ? 0 : -1;
+        case Hint::Exact: return static_cast<std::streamsize>(left());
+        case Hint::Less: return static_cast<std::streamsize>(left() / 2);
+        case Hint::More: return static_cast<std::streamsize>(2 * left() + 3);
+        }
+        return 0;
+    }
+
+    // Short reads: at most what one underflow gives, not the full request.
+    std::streamsize xsgetn(wchar_t* s, std::streamsize n) override {
+        if (!m_shortReads) return std::wstreambuf::xsgetn(s, n);
+        if (gptr() == egptr() && traits_type::eq_int_type(underflow(), traits_type::eof())) return 0;
+        const std::streamsize k = std::min<std::streamsize>(n, egptr() - gptr());
+        std::copy(gptr(), gptr() + k, s);
+        gbump(static_cast<int>(k));
+        return k;
+    }
+
+    std::wstring m_text;
+    std::size_t m_pos = 0;
+    std::size_t m_step;
+    Hint m_hint;
+    bool m_shortReads;
+};
+
+} // namespace
+
+// However a stream hands out its text (a few characters at a time, short
+// reads, no or wrong size hints), the reader sees the whole of it: the
+// same tree, or the same error at the same offset, as from a string stream.
+TEST(JsonTextIO, ReaderTakesTheWholeStreamHoweverItArrives) {
+    std::vector<std::wstring> texts = {L"", L"  ", L"0", L"-12.5e-3", L"\"\\ud83d\\ude00\\u00e9 \\\"x\\\\\"", L"true",
+                                       L"[1,2", L"{\"a\":[null,false,1e999]}", L"[1] 2",
+                                       std::wstring(L"[\"x\"]\0[junk after the end]", 26)};
+    std::mt19937_64 rng(29);
+    xch_test::RandomJsonOptions options;
+    options.maxDepth = 3;
+    for (int round = 0; round < 6; ++round) {
+        JsonDocument doc;
+        xch_test::randomJsonDocument(rng, doc, 3, options);
+        std::wstring text;
+        ASSERT_TRUE(rapidjsonText(doc, round % 2 == 1, text));
+        texts.push_back(text);
+        texts.push_back(text.substr(0, text.size() - 1 - rng() % (text.size() / 2))); // cut short
+    }
+    for (const std::wstring& text : texts) {
+        const JsonDocument expected = parse(text);
+        for (std::size_t step : {std::size_t(1), std::size_t(2), std::size_t(3), std::size_t(7), std::size_t(64),
+                                 std::size_t(5000), text.size() + 1}) {
+            for (auto hint : {Trickle::Hint::None, Trickle::Hint::Eof, Trickle::Hint::Exact, Trickle::Hint::Less,
+                              Trickle::Hint::More}) {
+                for (bool shortReads : {false, true}) {
+                    Trickle source(text, step, hint, shortReads);
+                    std::wistream in(&source);
+                    JsonDocument doc;
+                    JsonTextIO::read(in, doc);
+                    const auto where = ::testing::Message() << "step " << step << " hint " << static_cast<int>(hint)
+                                                            << " short " << shortReads << ": " << text.substr(0, 60);
+                    ASSERT_EQ(doc.GetParseError(), expected.GetParseError()) << where;
+                    ASSERT_EQ(doc.GetErrorOffset(), expected.GetErrorOffset()) << where;
+                    ASSERT_EQ(exactly(doc), exactly(expected)) << where;
+                }
+            }
+        }
+    }
 }

@@ -19,11 +19,19 @@ const char* const kWriteFailed = "Cannot write object into json document";
 constexpr std::size_t kBlock = 1 << 16;
 
 // The whole of `in`, read in blocks, followed by a NUL (not counted).
+//
+// A stream that tells how much it holds (a string stream, a file) is read
+// into one allocation of that size plus one: the read that asks for the one
+// more finds the end, and the room left holds the NUL. Where the stream
+// tells nothing, the room already there is filled before the buffer grows,
+// so that finding the end never reallocates (and copies) the whole text.
 void readAll(std::wistream& in, json::TextBuffer& text) {
     if (std::wstreambuf* buffer = in.rdbuf()) {
         for (;;) {
             const std::streamsize available = buffer->in_avail();
-            const std::size_t block = available > 0 ? static_cast<std::size_t>(available) + 1 : kBlock;
+            const std::size_t block = available > 0 ? static_cast<std::size_t>(available) + 1
+                                      : text.room() > 0 ? text.room()
+                                                        : kBlock;
             wchar_t* p = text.reserve(block);
             const std::streamsize n = buffer->sgetn(p, static_cast<std::streamsize>(block));
             if (n <= 0) break;

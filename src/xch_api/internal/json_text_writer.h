@@ -24,6 +24,8 @@ public:
 
     const wchar_t* data() const { return m_data; }
     std::size_t size() const { return m_size; }
+    // Characters that fit after the text without growing.
+    std::size_t room() const { return m_capacity - m_size; }
 
     // Room for at least `n` more characters at the returned position.
     wchar_t* reserve(std::size_t n) {
