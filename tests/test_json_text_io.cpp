@@ -19,6 +19,7 @@
 #include <xch_api/xch_api_exchange_wrapper.h>
 #include <xch_api/xch_api_json_binary_io.h>
 #include <xch_api/xch_api_json_text_io.h>
+#include <xch_api/xch_api_limits.h>
 
 #include "support/hex.h"
 #include "support/log_capture.h"
@@ -165,6 +166,55 @@ TEST(JsonTextIO, DeepNestingAndBadNumbersFailCleanly) {
                 EXPECT_STREQ(e.what(), "Cannot write object into json document");
             }
             EXPECT_EQ(out.str(), L"previous;");
+        }
+    }
+}
+
+// What the writer refuses, it refuses before writing anything: nesting
+// beyond the limit (by one level, in objects or arrays) and a NaN or an
+// infinity wherever it sits. Everything else is written as rapidjson
+// writes it.
+TEST(JsonTextIO, WriterRefusesExactlyWhatItCannotWrite) {
+    const std::size_t limit = xch::limits::kMaxJsonDepth;
+    for (double leaf : {0.5, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+                        -std::numeric_limits<double>::infinity()}) {
+        for (std::size_t levels : {std::size_t(0), std::size_t(1), std::size_t(2), limit, limit + 1}) {
+            for (int firstKind : {0, 1}) { // the leaf's container an object or an array
+                // `levels` containers, objects and arrays in turn, around the
+                // leaf, each with a finite number beside it.
+                JsonDocument doc;
+                auto& a = doc.GetAllocator();
+                xch::JsonValue inner(leaf);
+                for (std::size_t i = 0; i < levels; ++i) {
+                    xch::JsonValue outer;
+                    if ((i + firstKind) % 2 == 0) {
+                        outer.SetObject().AddMember(L"n", 2.5, a).AddMember(L"v", inner, a);
+                    } else {
+                        outer.SetArray().PushBack(7, a).PushBack(inner, a);
+                    }
+                    inner = outer;
+                }
+                static_cast<xch::JsonValue&>(doc).Swap(inner);
+                const bool writable = std::isfinite(leaf) && levels <= limit;
+                for (bool pretty : {false, true}) {
+                    std::wostringstream out;
+                    out << L"previous;";
+                    bool written = true;
+                    try {
+                        JsonTextIO::write(out, doc, pretty);
+                    } catch (const std::runtime_error&) {
+                        written = false;
+                    }
+                    const auto where = ::testing::Message() << "leaf " << leaf << " levels " << levels << " first "
+                                                            << firstKind << " pretty " << pretty;
+                    ASSERT_EQ(written, writable) << where;
+                    std::wstring expected;
+                    if (writable) {
+                        ASSERT_TRUE(rapidjsonText(doc, pretty, expected)) << where;
+                    }
+                    EXPECT_EQ(out.str(), L"previous;" + expected) << where;
+                }
+            }
         }
     }
 }

@@ -201,21 +201,34 @@ private:
     TextBuffer& m_out;
 };
 
+inline bool nonFinite(const JsonValue& v) {
+    return v.IsDouble() && rapidjson::internal::Double(v.GetDouble()).IsNanOrInf();
+}
+
+// The elements of an array and the values of an object are checked in the
+// loop over them; only arrays and objects among them are descended into.
+// Most of a large document is bulk arrays of numbers, so the walk costs
+// little more than reading the values once (which also brings them into
+// the cache for the writer that follows).
 bool canRenderAt(const JsonValue& v, std::size_t depth) {
-    switch (v.GetType()) {
-    case rapidjson::kNumberType: return !v.IsDouble() || !rapidjson::internal::Double(v.GetDouble()).IsNanOrInf();
-    case rapidjson::kObjectType:
+    if (v.IsArray()) {
         if (depth >= limits::kMaxJsonDepth) return false;
-        for (const auto& member : v.GetObject())
-            if (!canRenderAt(member.value, depth + 1)) return false;
+        for (const auto& element : v.GetArray()) {
+            if (nonFinite(element)) return false;
+            if ((element.IsArray() || element.IsObject()) && !canRenderAt(element, depth + 1)) return false;
+        }
         return true;
-    case rapidjson::kArrayType:
-        if (depth >= limits::kMaxJsonDepth) return false;
-        for (const auto& element : v.GetArray())
-            if (!canRenderAt(element, depth + 1)) return false;
-        return true;
-    default: return true;
     }
+    if (v.IsObject()) {
+        if (depth >= limits::kMaxJsonDepth) return false;
+        for (const auto& member : v.GetObject()) {
+            if (nonFinite(member.value)) return false;
+            if ((member.value.IsArray() || member.value.IsObject()) && !canRenderAt(member.value, depth + 1))
+                return false;
+        }
+        return true;
+    }
+    return !nonFinite(v);
 }
 
 } // namespace
