@@ -118,10 +118,17 @@ public:
     // to go on into the next piece unless it is the last.
     void compress(std::vector<char>& piece, const char* in, std::size_t length, bool last) {
         if (m_fast) {
-            piece.resize(m_fast->bound(Wrapper::Raw, length) + 1 + sizeof kSyncMarker);
-            const std::size_t produced = m_fast->compress(Wrapper::Raw, in, length, piece.data(), piece.size());
+            // Into memory kept for the thread (never cleared, already
+            // mapped), then only what the piece took into the piece.
+            const std::size_t room = m_fast->bound(Wrapper::Raw, length);
+            if (m_roomSize < room) {
+                m_room.reset(new char[room]);
+                m_roomSize = room;
+            }
+            const std::size_t produced = m_fast->compress(Wrapper::Raw, in, length, m_room.get(), room);
             if (produced == 0) throw std::runtime_error("deflate failed");  // cannot happen within the bound
-            piece.resize(produced);
+            piece.reserve(produced + 1 + sizeof kSyncMarker);
+            piece.assign(m_room.get(), m_room.get() + produced);
             if (!last && !continueIntoNext(piece, length, m_scratch)) throw std::runtime_error("deflate failed");
             return;
         }
@@ -147,6 +154,8 @@ private:
     };
     std::unique_ptr<whole_buffer_deflate::Deflater> m_fast;
     std::unique_ptr<z_stream, EndDeflate> m_zlib;  // owned apart: zlib's state points back at it
+    std::unique_ptr<char[]> m_room;
+    std::size_t m_roomSize = 0;
     std::vector<char> m_scratch;
 };
 
@@ -181,6 +190,7 @@ bool inflatePieceFast(InflateState& state, const char* piece, std::size_t length
     const char* in = piece;
     std::size_t inSize = length;
     if (!last) {
+        state.scratch.reserve(length + sizeof kFinalEmptyBlock);
         state.scratch.assign(piece, piece + length);
         state.scratch.insert(state.scratch.end(), std::begin(kFinalEmptyBlock), std::end(kFinalEmptyBlock));
         in = state.scratch.data();
