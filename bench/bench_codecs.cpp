@@ -132,8 +132,8 @@ void BM_Base64Encode(benchmark::State& state) {
             benchmark::ClobberMemory();
         });
 }
-BENCHMARK_TEMPLATE(BM_Base64Encode, char)->Arg(24)->Arg(240)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(BM_Base64Encode, wchar_t)->Arg(24)->Arg(240)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_Base64Encode, char)->Arg(48)->Arg(480)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_Base64Encode, wchar_t)->Arg(48)->Arg(480)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 template <class Char>
 void BM_Base64Decode(benchmark::State& state) {
@@ -152,8 +152,8 @@ void BM_Base64Decode(benchmark::State& state) {
         });
     if (std::memcmp(bytes.data(), block.data(), block.size()) != 0) state.SkipWithError("decoding changed the data");
 }
-BENCHMARK_TEMPLATE(BM_Base64Decode, char)->Arg(24)->Arg(240)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(BM_Base64Decode, wchar_t)->Arg(24)->Arg(240)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_Base64Decode, char)->Arg(48)->Arg(480)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_Base64Decode, wchar_t)->Arg(48)->Arg(480)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // What large bodies hold: the base64 text of mesh arrays as a body carries
 // it, in UTF-16LE code units (binary JSON strings), state.range(0) MB.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -301,14 +302,18 @@ private:
         const std::size_t n = static_cast<std::size_t>(units);
         const unsigned char* bytes = m_source.take(2 * n);
         if (!bytes) throw std::length_error(kShortString);
-        if (m_text.size() < n + 1) m_text.resize(n + 1);
-        const std::size_t length = utf16::load(m_text.data(), bytes, n);
-        h.String(m_text.data(), static_cast<rapidjson::SizeType>(length), true);
+        if (m_textRoom < n + 1) {  // grown, never cleared: every character used is written first
+            m_text.reset(new wchar_t[n + 1]);
+            m_textRoom = n + 1;
+        }
+        const std::size_t length = utf16::load(m_text.get(), bytes, n);
+        h.String(m_text.get(), static_cast<rapidjson::SizeType>(length), true);
     }
 
     Source& m_source;
     std::uint64_t m_budget;
-    std::vector<wchar_t> m_text;
+    std::unique_ptr<wchar_t[]> m_text;
+    std::size_t m_textRoom = 0;
 };
 
 template <class Source>
