@@ -1,19 +1,30 @@
-// CPU time of the calling thread, so that benchmarks on a shared machine
-// measure their own work rather than the wall clock.
+// Clocks for the benchmarks: CPU time of the calling thread, so that
+// benchmarks on a shared machine measure their own work rather than the
+// wall clock, and wall clock with CPU time of all threads for work spread
+// over several threads.
 #pragma once
 
 #include <chrono>
 #include <ctime>
 
-inline double threadSeconds() {
-#if defined(CLOCK_THREAD_CPUTIME_ID)
-    timespec t{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
-#else
+// Wall-clock seconds, for work spread over several threads.
+inline double wallSeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-#endif
 }
+
+#if defined(CLOCK_THREAD_CPUTIME_ID) && defined(CLOCK_PROCESS_CPUTIME_ID)
+// CPU seconds of the calling thread, and of all of the process's threads.
+inline double cpuSeconds(clockid_t clock) {
+    timespec t{};
+    clock_gettime(clock, &t);
+    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
+}
+inline double threadSeconds() { return cpuSeconds(CLOCK_THREAD_CPUTIME_ID); }
+inline double processSeconds() { return cpuSeconds(CLOCK_PROCESS_CPUTIME_ID); }
+#else
+inline double threadSeconds() { return wallSeconds(); }
+inline double processSeconds() { return wallSeconds(); }
+#endif
 
 // Thread CPU seconds spent in f().
 template <class F>
@@ -21,22 +32,6 @@ double timed(F&& f) {
     const double start = threadSeconds();
     f();
     return threadSeconds() - start;
-}
-
-// Wall-clock seconds, for work spread over several threads.
-inline double wallSeconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-// CPU seconds of all of the process's threads.
-inline double processSeconds() {
-#if defined(CLOCK_PROCESS_CPUTIME_ID)
-    timespec t{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
-#else
-    return wallSeconds();
-#endif
 }
 
 // Wall-clock and whole-process CPU seconds spent in f().
