@@ -1,6 +1,6 @@
 // Inflation: any bytes either fail with std::runtime_error (corrupt data or
 // more than the decompressed size limit) or inflate to bytes that compress
-// and inflate back to themselves. On several threads (a stream indexed in
+// and inflate back to themselves (checked up to 1 MiB). On several threads (a stream indexed in
 // pieces) and on one, the outcome is the same.
 #include <string>
 #include <vector>
@@ -34,7 +34,9 @@ XCH_FUZZ_TARGET {
     std::vector<char> inflated, single;
     const std::string error = outcome(bytes, size, 2, inflated);
     require(outcome(bytes, size, 1, single) == error && single == inflated, "one thread and several inflate alike");
-    if (!error.empty()) return 0;
+    // Compressing again is checked on outputs of up to 1 MiB, which keeps
+    // the fuzzer fast; larger round trips are the unit tests' work.
+    if (!error.empty() || inflated.size() > (1u << 20)) return 0;
     std::vector<char> packed, again;
     xch::Compressor::compress(packed, inflated.data(), inflated.size(), -1);
     require(xch::Compressor::isCompressed(packed.data(), packed.size()), "compressed output has a gzip header");
