@@ -29,8 +29,8 @@ constexpr std::size_t kMaxPieceSize = std::size_t(1) << 30;
 // Deflate never expands more than 1032 to 1 (258 bytes from a 2-bit code).
 constexpr std::uint64_t kMaxDeflateRatio = 1032;
 
-// What ends every piece but the last: an empty stored block, BFINAL 0,
-// once at a byte boundary (its 3 header bits before it).
+// What ends every piece but the last: an empty stored block with BFINAL 0
+// (its 3 header bits, padding to a byte boundary, then LEN 0 and NLEN).
 constexpr unsigned char kSyncMarker[4] = {0x00, 0x00, 0xFF, 0xFF};
 // What lets a piece be inflated on its own: an empty final block with fixed
 // codes (BFINAL 1, BTYPE 01, end-of-block), appended to a copy of it.
