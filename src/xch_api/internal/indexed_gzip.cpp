@@ -8,6 +8,7 @@
 
 #include <zlib.h>
 
+#include "byte_order.h"
 #include "parallel_for.h"
 #include "whole_buffer_deflate.h"
 
@@ -36,17 +37,32 @@ constexpr unsigned char kSyncMarker[4] = {0x00, 0x00, 0xFF, 0xFF};
 // codes (BFINAL 1, BTYPE 01, end-of-block), appended to a copy of it.
 constexpr unsigned char kFinalEmptyBlock[2] = {0x03, 0x00};
 
-void putLe(std::string& out, std::uint64_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) out.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
+template <class T>
+void putLe(std::string& out, std::uint64_t value) {
+    unsigned char bytes[sizeof(T)];
+    bytes::storeLE(bytes, static_cast<T>(value));
+    out.append(reinterpret_cast<const char*>(bytes), sizeof bytes);
 }
 
-std::uint64_t getLe(const char* p, int bytes) {
-    std::uint64_t value = 0;
-    for (int i = bytes - 1; i >= 0; --i) value = value << 8 | static_cast<unsigned char>(p[i]);
-    return value;
+template <class T>
+T getLe(const char* p) {
+    return bytes::loadLE<T>(reinterpret_cast<const unsigned char*>(p));
 }
 
 std::uint64_t pieceCount(std::uint64_t total, std::uint64_t pieceSize) { return (total + pieceSize - 1) / pieceSize; }
+
+// The input size of piece `i` of `total` bytes cut into pieces of `pieceSize`.
+std::size_t pieceLength(std::uint64_t total, std::uint64_t pieceSize, std::size_t i) {
+    return static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, total - i * pieceSize));
+}
+
+// The CRC-32 of the whole from the CRC-32 of each piece.
+std::uint32_t combinedCrc(const std::vector<std::uint32_t>& crcs, std::uint64_t total, std::uint64_t pieceSize) {
+    uLong crc = crcs[0];
+    for (std::size_t i = 1; i < crcs.size(); ++i)
+        crc = crc32_combine(crc, crcs[i], static_cast<z_off_t>(pieceLength(total, pieceSize, i)));
+    return static_cast<std::uint32_t>(crc);
+}
 
 // Ends a zlib inflate stream however the scope is left.
 struct ZlibInflate {
@@ -162,14 +178,14 @@ private:
 std::string header(std::uint64_t total, std::uint64_t pieceSize, const std::vector<std::vector<char>>& pieces) {
     const std::size_t indexSize = kIndexFixed + 4 * pieces.size();
     std::string head = {'\x1F', '\x8B', '\x08', '\x04', 0, 0, 0, 0, 0, '\xFF'};  // FEXTRA; no time; OS unknown
-    putLe(head, 4 + indexSize, 2);
+    putLe<std::uint16_t>(head, 4 + indexSize);
     head.push_back(static_cast<char>(kId1));
     head.push_back(static_cast<char>(kId2));
-    putLe(head, indexSize, 2);
+    putLe<std::uint16_t>(head, indexSize);
     head.push_back(static_cast<char>(kVersion));
-    putLe(head, total, 8);
-    putLe(head, pieceSize, 4);
-    for (const std::vector<char>& piece : pieces) putLe(head, piece.size(), 4);
+    putLe<std::uint64_t>(head, total);
+    putLe<std::uint32_t>(head, pieceSize);
+    for (const std::vector<char>& piece : pieces) putLe<std::uint32_t>(head, piece.size());
     return head;
 }
 
@@ -256,35 +272,28 @@ bool compress(Stream& out, const char* data, std::uint64_t size, int level, unsi
         count, threads, [&] { return PieceDeflater(level); },
         [&](PieceDeflater& deflater, std::size_t i) {
             const char* in = data + i * pieceSize;
-            const std::size_t length = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, size - i * pieceSize));
+            const std::size_t length = pieceLength(size, pieceSize, i);
             deflater.compress(pieces[i], in, length, i + 1 == count);
             crcs[i] = whole_buffer_deflate::crc32(0, in, length);
         });
 
-    uLong crc = crcs[0];
-    for (std::size_t i = 1; i < count; ++i) {
-        const std::uint64_t length = std::min<std::uint64_t>(pieceSize, size - i * pieceSize);
-        crc = crc32_combine(crc, crcs[i], static_cast<z_off_t>(length));
-    }
     out.head = header(size, pieceSize, pieces);
     out.pieces = std::move(pieces);
-    for (int i = 0; i < 4; ++i) {
-        out.tail[i] = static_cast<unsigned char>((crc >> (8 * i)) & 0xFF);
-        out.tail[4 + i] = static_cast<unsigned char>((size >> (8 * i)) & 0xFF);
-    }
+    bytes::storeLE(out.tail, combinedCrc(crcs, size, pieceSize));
+    bytes::storeLE(out.tail + 4, static_cast<std::uint32_t>(size));  // ISIZE: the size modulo 4 GiB
     return true;
 }
 
 bool readIndex(const char* data, std::size_t size, std::uint64_t limit, Index& index) {
     // Only what this library writes: gzip, deflate, the extra field alone.
     if (size < kHeaderSize + 2 || std::memcmp(data, "\x1F\x8B\x08\x04", 4) != 0) return false;
-    const std::size_t extraSize = static_cast<std::size_t>(getLe(data + kHeaderSize, 2));
+    const std::size_t extraSize = getLe<std::uint16_t>(data + kHeaderSize);
     const std::size_t dataStart = kHeaderSize + 2 + extraSize;
     if (dataStart > size) return false;
     const char* field = nullptr;
     std::size_t fieldSize = 0;
     for (std::size_t at = kHeaderSize + 2; at + 4 <= dataStart;) {
-        const std::size_t length = static_cast<std::size_t>(getLe(data + at + 2, 2));
+        const std::size_t length = getLe<std::uint16_t>(data + at + 2);
         if (at + 4 + length > dataStart) return false;
         if (static_cast<unsigned char>(data[at]) == kId1 && static_cast<unsigned char>(data[at + 1]) == kId2) {
             field = data + at + 4;
@@ -295,7 +304,7 @@ bool readIndex(const char* data, std::size_t size, std::uint64_t limit, Index& i
     }
     if (!field || fieldSize < kIndexFixed || static_cast<unsigned char>(field[0]) != kVersion) return false;
 
-    const std::uint64_t total = getLe(field + 1, 8), pieceSize = getLe(field + 9, 4);
+    const std::uint64_t total = getLe<std::uint64_t>(field + 1), pieceSize = getLe<std::uint32_t>(field + 9);
     if (pieceSize < kMinPieceSize || pieceSize > kMaxPieceSize || total == 0 || total > limit ||
         total / kMaxDeflateRatio > size || total > std::numeric_limits<std::size_t>::max())
         return false;
@@ -305,16 +314,16 @@ bool readIndex(const char* data, std::size_t size, std::uint64_t limit, Index& i
     std::vector<std::uint32_t> lengths(static_cast<std::size_t>(count));
     std::uint64_t end = dataStart;
     for (std::size_t i = 0; i < lengths.size(); ++i) {
-        lengths[i] = static_cast<std::uint32_t>(getLe(field + kIndexFixed + 4 * i, 4));
+        lengths[i] = getLe<std::uint32_t>(field + kIndexFixed + 4 * i);
         end += lengths[i];
     }
-    if (end + 8 > size || getLe(data + end + 4, 4) != (total & 0xFFFFFFFFu)) return false;
+    if (end + 8 > size || getLe<std::uint32_t>(data + end + 4) != (total & 0xFFFFFFFFu)) return false;
 
     index.total = total;
     index.pieceSize = pieceSize;
     index.dataStart = dataStart;
     index.lengths = std::move(lengths);
-    index.crc = static_cast<std::uint32_t>(getLe(data + end, 4));
+    index.crc = getLe<std::uint32_t>(data + end);
     return true;
 }
 
@@ -331,8 +340,7 @@ bool inflate(const Index& index, const char* data, char* dest, unsigned threads)
                 const char* piece = data + index.dataStart + offsets[i];
                 const std::size_t length = index.lengths[i];
                 const bool last = i + 1 == count;
-                const std::size_t expected =
-                    static_cast<std::size_t>(std::min<std::uint64_t>(index.pieceSize, index.total - i * index.pieceSize));
+                const std::size_t expected = pieceLength(index.total, index.pieceSize, i);
                 char* out = dest + i * index.pieceSize;
                 if (!last && !endsWithSyncMarker(piece, length)) throw PieceFailed();
                 const bool inflated = fast ? inflatePieceFast(state, piece, length, last, out, expected)
@@ -345,12 +353,7 @@ bool inflate(const Index& index, const char* data, char* dest, unsigned threads)
     } catch (const std::exception&) {
         return false;  // no memory for a piece: the caller reads the stream from the start
     }
-    uLong crc = crcs[0];
-    for (std::size_t i = 1; i < count; ++i) {
-        const std::uint64_t length = std::min<std::uint64_t>(index.pieceSize, index.total - i * index.pieceSize);
-        crc = crc32_combine(crc, crcs[i], static_cast<z_off_t>(length));
-    }
-    return crc == index.crc;
+    return combinedCrc(crcs, index.total, index.pieceSize) == index.crc;
 }
 
 } // namespace indexed_gzip

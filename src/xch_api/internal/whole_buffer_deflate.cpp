@@ -112,19 +112,14 @@ std::uint32_t crc32(std::uint32_t crc, const char* data, std::size_t size) {
 #endif
 
 bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
-             std::size_t& written, std::size_t& consumed) {
+             std::size_t& written) {
     if (!available()) return false;
     try {
+        std::size_t consumed = 0;
         return Inflater().inflate(wrapper, data, size, dest, room, written, consumed);
     } catch (const std::bad_alloc&) {
         return false;  // zlib takes over and reports what it can
     }
-}
-
-bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
-             std::size_t& written) {
-    std::size_t consumed = 0;
-    return inflate(wrapper, data, size, dest, room, written, consumed);
 }
 
 } // namespace whole_buffer_deflate

@@ -44,10 +44,6 @@ private:
 // undefined.
 bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
              std::size_t& written);
-// The same, also giving how many bytes of `data` the stream took.
-bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
-             std::size_t& written, std::size_t& consumed);
-
 // A decompressor kept for many inflations (on one thread at a time).
 // Throws std::bad_alloc when it cannot be made.
 class Inflater {
@@ -58,7 +54,8 @@ public:
     Inflater& operator=(const Inflater&) = delete;
     Inflater(Inflater&& other) noexcept : m_decompressor(other.m_decompressor) { other.m_decompressor = nullptr; }
 
-    // As inflate() above.
+    // As inflate() above, also giving how many bytes of `data` the stream
+    // took.
     bool inflate(Wrapper wrapper, const char* data, std::size_t size, char* dest, std::size_t room,
                  std::size_t& written, std::size_t& consumed) const;
 
